@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include "IBalloon.h"
+
+nvScientificComputing::IBalloon::~IBalloon() = default;

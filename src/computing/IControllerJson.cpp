@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include "IControllerJson.h"
+
+nvScientificComputing::IControllerJson::~IControllerJson() = default;

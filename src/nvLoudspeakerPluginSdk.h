@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// Umbrella header: every public class of the SDK, its value types and the computing interfaces.
+#pragma once
+
+#include "nvloudspeakerpluginsdk_export.h"
+#include "nvloudspeakerpluginsdk_version.h"
+
+// Value types
+#include "Complex.h"
+#include "Point.h"
+#include "Size.h"
+
+// Computing interfaces and records
+#include "Balloon.h"
+#include "Biquad.h"
+#include "IBalloon.h"
+#include "IControllerJson.h"
+#include "PeakLimiter.h"
+#include "Switch1.h"
+#include "Switch2.h"
+#include "Switch3.h"
+#include "SystemEq.h"
+#include "ThermoLimiter.h"
+
+// SDK core
+#include "DescriptorRegistry.h"
+#include "JsonFileLoader.h"
+#include "LibVersion.h"
+#include "LoudspeakerDescriptorProvider.h"
+#include "LoudspeakerDescriptor_Interface.h"
+#include "LoudspeakerSeries_Interface.h"
+#include "PluginProvider.h"
+#include "Plugin_Interface.h"
+#include "RiggingHardwareDescriptorProvider.h"
+#include "RiggingHardwareDescriptor_Interface.h"
+#include "SourcePointDescriptor_Interface.h"
+#include "Tolvane.h"
+
+// Loudspeakers
+#include "LoudspeakerDescriptor.h"
+
+// Controller setups and filters
+
+// Cabinet shapes
+
+// Rigging hardware
+#include "RiggingHardwareDescriptor.h"

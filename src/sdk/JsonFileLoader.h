@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "nvloudspeakerpluginsdk_export.h"
+
+#include <QString>
+#include <QVariantMap>
+
+/**
+ * Reads a JSON file that may carry line comments and returns its top-level object.
+ *
+ * A line comment is the right-most "//" outside double quotes, counted from the line's
+ * end, that is not the line's last two characters (a trailing "//" stays and breaks the
+ * parse, as it always has for these files). Lines are joined without separators.
+ *
+ * Never fails loudly: a missing file or a parse error logs two warnings and gives an
+ * empty map; a top-level array gives an empty map without a warning. Thread-safe.
+ */
+NVLPS_EXPORT QVariantMap LoadJsonFile(const QString &filePath);
+
+/// The comment stripping of LoadJsonFile() for one line.
+NVLPS_EXPORT QString StripJsonLineComment(const QString &line);

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "PluginProvider.h"
+
+#include "LoudspeakerDescriptorProvider.h"
+#include "LoudspeakerSeries_Interface.h"
+#include "Plugin_Interface.h"
+#include "RiggingHardwareDescriptorProvider.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QFuture>
+#include <QLibrary>
+#include <QMutexLocker>
+#include <QPluginLoader>
+#include <QThread>
+#include <QThreadPool>
+#include <QtConcurrent/QtConcurrentRun>
+
+PluginProvider *PluginProvider::m_instance = nullptr;
+QMutex PluginProvider::m_instanceAccessSynchronisation;
+
+PluginProvider &PluginProvider::GetInstance()
+{
+    QMutexLocker locker(&m_instanceAccessSynchronisation);
+    if (!m_instance)
+        m_instance = new PluginProvider;
+    return *m_instance;
+}
+
+PluginProvider::PluginProvider()
+    : m_loudspeakerDescriptorProvider(new LoudspeakerDescriptorProvider(this))
+    , m_riggingHardwareDescriptorProvider(new RiggingHardwareDescriptorProvider(this))
+{
+}
+
+PluginProvider::~PluginProvider() = default;
+
+void PluginProvider::LoadPlugins()
+{
+    const QStringList entries = ListPluginDirectory();
+    const qsizetype entryCount = entries.size();
+    const qsizetype firstNewLoader = m_pluginLoaders.size();
+    QThread *const registrationThread = QThread::currentThread();
+    QList<QFuture<void>> futures;
+
+    for (qsizetype i = 0; i < entryCount; ++i) {
+        const QString &path = entries.at(i);
+        const QString baseName = QFileInfo(path).baseName();
+        if (!IsLibraryFile(path) || m_loadedPluginFileNames.contains(baseName))
+            continue;
+
+        auto *loader = new QPluginLoader(path, this);
+        m_pluginLoaders.append(loader);
+        // A root object created on a pool thread would belong to it, and the descriptors a
+        // plugin creates later (with the root as parent) must live on the registering thread.
+        const auto createRoot = [loader, registrationThread] {
+            QObject *root = loader->instance();
+            if (root && root->thread() == QThread::currentThread())
+                root->moveToThread(registrationThread);
+        };
+        QThreadPool *pool = QThreadPool::globalInstance();
+        futures.append(pool ? QtConcurrent::run(pool, createRoot) : QFuture<void>());
+
+        emit PluginLoadingProgressChanged(qRound(100.0 / entryCount * (i + 1)));
+        m_loadedPluginFileNames.append(baseName);
+    }
+
+    // Registration runs here, in listing order, as each root object becomes ready.
+    for (qsizetype j = 0; j < futures.size(); ++j) {
+        futures[j].waitForFinished();
+        LoadPluginData(m_pluginLoaders.at(firstNewLoader + j));
+    }
+}
+
+void PluginProvider::LoadPlugin(const QString &fileName)
+{
+    if (m_loadedPluginFileNames.contains(fileName))
+        return;
+    const QStringList entries = ListPluginDirectory();
+    for (const QString &path : entries) {
+        if (IsLibraryFile(path) && QFileInfo(path).baseName() == fileName) {
+            LoadPluginData(path);
+            return;
+        }
+    }
+}
+
+void PluginProvider::LoadPluginData(const QString &path)
+{
+    auto *loader = new QPluginLoader(path, this);
+    m_pluginLoaders.append(loader);
+    LoadPluginData(loader);
+    if (loader->isLoaded())
+        m_loadedPluginFileNames.append(QFileInfo(path).baseName());
+}
+
+void PluginProvider::LoadPluginData(QPluginLoader *loader)
+{
+    QObject *root = loader->instance();
+    if (!root)
+        return; // not a plugin, or it failed to load: skipped without a report
+
+    auto *series = qobject_cast<LoudspeakerSeries_Interface *>(root);
+    auto *plugin = qobject_cast<Plugin_Interface *>(root);
+    if (!series || !plugin) {
+        delete root; // the loader is kept until Clear()
+        return;
+    }
+
+    plugin->SetLoudspeakerDescriptorProvider(m_loudspeakerDescriptorProvider);
+    plugin->SetRiggingHardwareDescriptorProvider(m_riggingHardwareDescriptorProvider);
+
+    for (int g = Tolvane::LineArraySources; g <= Tolvane::AllSources; ++g) {
+        const auto group = static_cast<Tolvane::SourceGroupType>(g);
+        // QMultiMap::insert places the pair before equal keys: the later plugin comes first.
+        m_pluginsBySourceGroup[group].insert(plugin->GetSourceGroupOrder(group), series);
+    }
+}
+
+QList<LoudspeakerSeries_Interface *> PluginProvider::GetPlugins(Tolvane::SourceGroupType type) const
+{
+    Tolvane::SourceGroupType group = Tolvane::AllSources;
+    if (type != Tolvane::UndefinedSources && type != Tolvane::OtherSources && m_pluginsBySourceGroup.contains(type))
+        group = type;
+    return m_pluginsBySourceGroup.value(group).values();
+}
+
+LoudspeakerSeries_Interface *PluginProvider::GetPlugin(const QString &name) const
+{
+    const auto group = m_pluginsBySourceGroup.constFind(Tolvane::AllSources);
+    if (group == m_pluginsBySourceGroup.cend())
+        return nullptr;
+    for (LoudspeakerSeries_Interface *series : group.value()) {
+        if (series->GetName() == name)
+            return series;
+    }
+    return nullptr;
+}
+
+LoudspeakerDescriptorProvider *PluginProvider::GetLoudspeakerDescriptorProvider() const
+{
+    return m_loudspeakerDescriptorProvider;
+}
+
+RiggingHardwareDescriptorProvider *PluginProvider::GetRiggingHardwareDescriptorProvider() const
+{
+    return m_riggingHardwareDescriptorProvider;
+}
+
+void PluginProvider::Clear()
+{
+    m_loadedPluginFileNames.clear();
+    for (QPluginLoader *loader : std::as_const(m_pluginLoaders))
+        loader->unload();
+    qDeleteAll(m_pluginLoaders);
+    m_pluginLoaders.clear();
+    m_pluginsBySourceGroup.clear(); // its pointers died with the unloaded root objects
+    m_balloonDataReadMode = SourcePointDescriptor_Interface::Asynchronous;
+}
+
+SourcePointDescriptor_Interface::ReadBalloonDataMode PluginProvider::GetBalloonDataReadMode() const
+{
+    return m_balloonDataReadMode;
+}
+
+void PluginProvider::SetBalloonDataReadMode(SourcePointDescriptor_Interface::ReadBalloonDataMode mode)
+{
+    m_balloonDataReadMode = mode;
+}
+
+QString PluginProvider::ConvertPluginFileNameToPlatform(const QString &fileName)
+{
+    return fileName;
+}
+
+QString PluginProvider::ConvertPlatformPluginFileNameToGeneric(const QString &fileName)
+{
+    return ConvertPluginFileNameToPlatform(fileName);
+}
+
+QString PluginProvider::GetPluginDirectory()
+{
+    return QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/Plugins")).absolutePath();
+}
+
+QStringList PluginProvider::ListPluginDirectory()
+{
+    const QDir directory(GetPluginDirectory());
+    QStringList paths = directory.entryList(QDir::Files, QDir::NoSort);
+    for (QString &path : paths)
+        path = directory.absoluteFilePath(path);
+    return paths;
+}
+
+bool PluginProvider::IsLibraryFile(const QString &path) const
+{
+    return QLibrary::isLibrary(path);
+}
