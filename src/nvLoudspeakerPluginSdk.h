@@ -40,6 +40,9 @@
 #include "LoudspeakerDescriptor.h"
 
 // Controller setups and filters
+#include "BiquadData.h"
+#include "CouplingFilterProvider.h"
+#include "FilterResponse.h"
 
 // Cabinet shapes
 
