@@ -45,3 +45,4 @@
 
 // Rigging hardware
 #include "RiggingHardwareDescriptor.h"
+#include "RiggingObject_Abstract.h"
