@@ -48,3 +48,4 @@
 
 // Rigging hardware
 #include "RiggingHardwareDescriptor.h"
+#include "RiggingObject_Abstract.h"
