@@ -38,6 +38,7 @@
 
 // Loudspeakers
 #include "LoudspeakerDescriptor.h"
+#include "SourcePointDescriptor.h"
 
 // Controller setups and filters
 #include "BiquadData.h"
