@@ -42,7 +42,10 @@
 // Controller setups and filters
 #include "BiquadData.h"
 #include "CouplingFilterProvider.h"
+#include "DspChannelDescriptor.h"
+#include "DspChannelDescriptor_Interface.h"
 #include "FilterResponse.h"
+#include "LoudspeakerSetup.h"
 
 // Cabinet shapes
 
