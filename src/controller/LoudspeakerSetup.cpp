@@ -2,7 +2,7 @@
 #include "LoudspeakerSetup.h"
 
 #include "CouplingFilterProvider.h"
-#include "FilterKernel_p.h"
+#include "FilterResponse.h"
 #include "FrequencyVectors_p.h"
 #include "JsonFileLoader.h"
 
@@ -217,21 +217,7 @@ void LoudspeakerSetup::AddCouplingSwitches()
 
 QList<Complex> LoudspeakerSetup::GenerateFilter(const QList<QVariant> &filters, const QList<double> &frequencies)
 {
-    QList<Complex> result(frequencies.size(), Complex(1.0, 0.0));
-    for (const QVariant &filter : filters) {
-        const QVariantMap entry = filter.toMap();
-        const int type = entry.value(QStringLiteral("type")).toInt();
-        if (!FilterKernel::IsKnownType(type)) {
-            FilterKernel::WarnUnknownType(type);
-            continue;
-        }
-        const FilterKernel::Section section = FilterKernel::MakeSection(type,
-                                                                        entry.value(QStringLiteral("fp")).toDouble(),
-                                                                        entry.value(QStringLiteral("Q")).toDouble(),
-                                                                        entry.value(QStringLiteral("G")).toDouble());
-        FilterKernel::MultiplyInto(section, frequencies.constData(), result.data(), result.size());
-    }
-    return result;
+    return CalculateFilterListResponse(frequencies, filters);
 }
 
 bool LoudspeakerSetup::ReadFilterData(const QMap<QString, QVariant> &filters)
