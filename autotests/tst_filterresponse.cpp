@@ -33,6 +33,7 @@ private Q_SLOTS:
     void unknownTypesGiveOnes_data();
     void unknownTypesGiveOnes();
     void oneValuePerFrequency();
+    void filterLists();
 };
 
 void tst_FilterResponse::closedForms_data()
@@ -169,6 +170,33 @@ void tst_FilterResponse::oneValuePerFrequency()
         QVERIFY2(std::abs(response.at(i).abs() * response.at(i).abs() - 1.0 / (1.0 + x * x * x * x)) < 1e-14, qPrintable(QString::number(i)));
     }
     QVERIFY(CalculateFilterResponse({}, filter).isEmpty());
+}
+
+void tst_FilterResponse::filterLists()
+{
+    const QList<double> frequencies {0.0, 50.0, 100.0, 1000.0, 20000.0};
+    QCOMPARE(CalculateFilterListResponse(frequencies, {}), QList<Complex>(5, Complex(1, 0)));
+
+    // Low pass times high pass at the shared corner: (1 - j)/2 * (1 + j)/2 = 1/2.
+    const QVariantList pair {Entry(1, 100, 0, 0), Entry(3, 100, 0, 0)};
+    LPSDK_COMPARE_COMPLEX(CalculateFilterListResponse(frequencies, pair).at(2), Complex(0.5, 0), 1e-15);
+
+    // The in-place product gives exactly what multiplying single responses gives.
+    const QVariantList list {Entry(10, 100, 0.7, -4), Entry(8, 1000, 1, 3), Entry(0, 0, 0, -2), Entry(2, 8000, 0.5, 0),
+                             Entry(15, 50, 3, 0), Entry(12, 5000, 0.71, 2)};
+    QList<Complex> expected(frequencies.size(), Complex(1, 0));
+    for (const QVariant &entry : list) {
+        const QList<Complex> single = CalculateFilterResponse(frequencies, entry.toMap());
+        for (int i = 0; i < expected.size(); ++i)
+            expected[i] *= single.at(i);
+    }
+    QCOMPARE(CalculateFilterListResponse(frequencies, list), expected);
+
+    // An unknown entry warns once and leaves the rest of the product alone.
+    QTest::ignoreMessage(QtWarningMsg, "unknown filter type 17");
+    QVariantList withUnknown = list;
+    withUnknown.insert(2, Entry(17, 100, 1, 6));
+    QCOMPARE(CalculateFilterListResponse(frequencies, withUnknown), expected);
 }
 
 QTEST_GUILESS_MAIN(tst_FilterResponse)

@@ -43,7 +43,10 @@
 // Controller setups and filters
 #include "BiquadData.h"
 #include "CouplingFilterProvider.h"
+#include "DspChannelDescriptor.h"
+#include "DspChannelDescriptor_Interface.h"
 #include "FilterResponse.h"
+#include "LoudspeakerSetup.h"
 
 // Cabinet shapes
 

@@ -25,3 +25,22 @@ QList<Complex> CalculateFilterResponse(const QList<double> &frequencies, const Q
     FilterKernel::MultiplyInto(section, frequencies.constData(), response.data(), response.size());
     return response;
 }
+
+QList<Complex> CalculateFilterListResponse(const QList<double> &frequencies, const QList<QVariant> &filters)
+{
+    QList<Complex> result(frequencies.size(), Complex(1.0, 0.0));
+    for (const QVariant &filter : filters) {
+        const QVariantMap entry = filter.toMap();
+        const int type = entry.value(QStringLiteral("type")).toInt();
+        if (!FilterKernel::IsKnownType(type)) {
+            FilterKernel::WarnUnknownType(type);
+            continue;
+        }
+        const FilterKernel::Section section = FilterKernel::MakeSection(type,
+                                                                        entry.value(QStringLiteral("fp")).toDouble(),
+                                                                        entry.value(QStringLiteral("Q")).toDouble(),
+                                                                        entry.value(QStringLiteral("G")).toDouble());
+        FilterKernel::MultiplyInto(section, frequencies.constData(), result.data(), result.size());
+    }
+    return result;
+}
