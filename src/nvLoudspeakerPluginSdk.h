@@ -42,6 +42,7 @@
 // Controller setups and filters
 
 // Cabinet shapes
+#include "CabinetShapeCreator.h"
 
 // Rigging hardware
 #include "RiggingHardwareDescriptor.h"
