@@ -93,7 +93,8 @@ void tst_CabinetShapeCreator::dispatch_data()
     QTest::addColumn<QString>("shape");
     QTest::addColumn<bool>("known");
 
-    for (const char *name : {"Cuboid", "Trapezoidal", "Trapezoidal lying", "Cuboid trapped", "Cuboid chamfered"})
+    for (const char *name : {"Cuboid", "Trapezoidal", "Trapezoidal lying", "Cuboid trapped", "Cuboid chamfered", "LineArray",
+                             "LineArray standing", "ArcArray", "ArcArray standing", "Monitor"})
         QTest::newRow(name) << QString::fromLatin1(name) << true;
     QTest::newRow("lower-case cuboid is unknown") << QStringLiteral("cuboid") << false;
     QTest::newRow("trailing blank is unknown") << QStringLiteral("Cuboid ") << false;

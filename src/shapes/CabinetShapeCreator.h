@@ -64,6 +64,9 @@ private:
     static QMap<QString, QList<Point>> CreateShapeCuboidChamfered(const CabinetShapeCuboidChamfered &shape);
     static QMap<QString, QList<Point>> CreateShapeMonitor(const CabinetShapeMonitor &shape);
 
+    /// One half of an arc array's bent grill across `across` metres, at least two points.
+    static QList<Point> ArcArrayGrill(const CabinetShapeArcArray &shape, double across);
+
     /// Centre angles (radians) of slices of `angleStep` degrees laid over half of `totalAngle` degrees.
     static QList<double> DivideTrapAngleByAngleStep(double angleStep, double totalAngle);
     static QList<double> CalculateXValues(const QList<double> &angles);
