@@ -49,6 +49,7 @@
 #include "LoudspeakerSetup.h"
 
 // Cabinet shapes
+#include "CabinetShapeCreator.h"
 
 // Rigging hardware
 #include "RiggingHardwareDescriptor.h"
