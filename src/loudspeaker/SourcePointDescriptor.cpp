@@ -3,6 +3,7 @@
 
 #include "Balloon.h"
 #include "BalloonFileReader_p.h"
+#include "BalloonFrequencyIndex_p.h"
 #include "LoudspeakerDescriptor.h"
 
 #include <QFile>
@@ -189,8 +190,7 @@ bool SourcePointDescriptor::ReadBalloonFile(const QString &key, const QString &p
     std::vector<double> levelOffsets;
     m_frequenciesSorted = false;
     reader.ReadFrequencies(m_frequencies, levelOffsets);
-    m_frequenciesSorted = std::none_of(m_frequencies.cbegin(), m_frequencies.cend(), [](double f) { return std::isnan(f); })
-        && std::is_sorted(m_frequencies.cbegin(), m_frequencies.cend());
+    m_frequenciesSorted = BalloonFrequencyIndex::IsBisectable(m_frequencies.constData(), m_frequencies.size());
 
     m_tables.push_back(Table{key, reader.ReadTable(levelOffsets)});
     m_tableCount.fetch_add(1, std::memory_order_release);
@@ -411,50 +411,7 @@ qint64 SourcePointDescriptor::CalculateInterpolationIndex(double value, double &
 
 int SourcePointDescriptor::FrequencyIndex(double frequency) const
 {
-    constexpr double InitialDistance = 1e10;
-    const double *v = m_frequencies.constData();
-    const qsizetype n = m_frequencies.size();
-
-    if (!m_frequenciesSorted) {
-        for (qsizetype i = 0; i < n; ++i) {
-            if (v[i] == frequency)
-                return int(i);
-        }
-        int index = -1;
-        double best = InitialDistance;
-        for (qsizetype i = 0; i < n; ++i) {
-            const double distance = std::abs(v[i] - frequency);
-            if (distance < best) {
-                best = distance;
-                index = int(i);
-            }
-        }
-        return index;
-    }
-
-    // Sorted ascending: the same answer as the scan above, found by bisection.
-    if (n == 0 || std::isnan(frequency))
-        return -1;
-    const double *above = std::lower_bound(v, v + n, frequency);
-    if (above != v + n && *above == frequency)
-        return int(above - v);
-    int index = -1;
-    double best = InitialDistance;
-    if (above != v) {
-        // Distances fall toward `above`, but rounding can make neighbours tie: the first of the
-        // tied run is what the scan would keep.
-        const double distance = frequency - above[-1];
-        if (distance < best) {
-            best = distance;
-            index = int(std::partition_point(v, above, [&](double f) { return frequency - f > distance; }) - v);
-        }
-    }
-    if (above != v + n) {
-        const double distance = *above - frequency;
-        if (distance < best)
-            index = int(above - v);
-    }
-    return index;
+    return BalloonFrequencyIndex::Find(m_frequencies.constData(), m_frequencies.size(), m_frequenciesSorted, frequency);
 }
 
 Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequency, double theta, double phi,
