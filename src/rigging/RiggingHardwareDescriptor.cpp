@@ -208,13 +208,15 @@ void RiggingHardwareDescriptor::UpdateFrameViewPoints()
         return;
     const QString suffix = QStringLiteral("_pullback");
     const double height = m_size.height();
-    const auto derive = [&](const QString &key, auto &&make) {
+    // "3D_triangulated" frames draw their 3D view as triangles, the others as quads.
+    const int faceCorners = m_triangulated3dView ? 3 : 4;
+    const auto derive = [&](const QString &key, int corners) {
         if (m_views.contains(key) && !m_views.contains(key + suffix))
-            m_views.insert(key + suffix, make(m_views.value(key)));
+            m_views.insert(key + suffix, corners < 0 ? m_views.value(key) : RiggingOutline::Flipped(m_views.value(key), height, corners));
     };
-    derive(QStringLiteral("3D"), [height](const QList<Point> &points) { return RiggingOutline::Flipped(points, height, RiggingOutline::Winding::ReverseQuads); });
-    derive(QStringLiteral("side"), [height](const QList<Point> &points) { return RiggingOutline::Flipped(points, height, RiggingOutline::Winding::ReverseAll); });
-    derive(QStringLiteral("top"), [](const QList<Point> &points) { return points; });
+    derive(QStringLiteral("3D"), faceCorners);
+    derive(QStringLiteral("side"), 0);
+    derive(QStringLiteral("top"), -1);
 }
 
 /*

@@ -211,17 +211,17 @@ RiggingOutline::Views RiggingOutline::BoxViews(const QList<Box> &boxes)
     return views;
 }
 
-QList<Point> RiggingOutline::Flipped(const QList<Point> &points, double height, Winding winding)
+QList<Point> RiggingOutline::Flipped(const QList<Point> &points, double height, int faceCorners)
 {
     QList<Point> flipped;
     flipped.reserve(points.size());
     for (const Point &point : points)
         flipped.append(Point(point).mirrorZ().translateZ(-height));
-    if (winding == Winding::ReverseAll) {
+    if (faceCorners <= 0) {
         std::reverse(flipped.begin(), flipped.end());
     } else {
-        for (qsizetype i = 0; i + 4 <= flipped.size(); i += 4)
-            std::reverse(flipped.begin() + i, flipped.begin() + i + 4);
+        for (qsizetype i = 0; i + faceCorners <= flipped.size(); i += faceCorners)
+            std::reverse(flipped.begin() + i, flipped.begin() + i + faceCorners);
     }
     return flipped;
 }

@@ -60,10 +60,10 @@ public:
     static Views BoxViews(const QList<Box> &boxes);
 
     /**
-     * The views of the same body turned upside down within its height (z -> -height - z).
-     * Quads (ReverseQuads) keep their winding; a side polygon (ReverseAll) starts at the front
-     * top corner again. The top view needs no flip: it is the same footprint.
+     * The points of the same body turned upside down within its height (z -> -height - z).
+     * Each run of `faceCorners` points (a face of a mesh: 4 for quads, 3 for triangles) is
+     * reversed so that faces keep their winding; with 0 the whole list is reversed, so that a
+     * side outline starts at the front top corner again. Top views need no flip.
      */
-    enum class Winding { ReverseQuads, ReverseAll };
-    static QList<Point> Flipped(const QList<Point> &points, double height, Winding winding);
+    static QList<Point> Flipped(const QList<Point> &points, double height, int faceCorners);
 };
