@@ -53,8 +53,8 @@ inline Section MakeSection(int type, double fp, double q, double gainDb)
 void WarnUnknownType(int type);
 
 /**
- * The response of a known type at frequency f (Hz). With s = j w, w = f / fp, every form of
- * the filter table reduces to a quotient of two complex numbers whose parts are real
+ * The response of a known type at frequency f (Hz). With s = j w, w = f / fp, every filter
+ * form reduces to a quotient of two complex numbers whose parts are real
  * polynomials in w; evaluating those directly needs one or two divisions instead of the
  * five or six of textbook complex arithmetic, and gives the same values up to rounding.
  */
