@@ -8,8 +8,11 @@
 #include <QSqlDatabase>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
+#include <atomic>
 #include <cmath>
+#include <memory>
 
 using SwitchStates = QMap<int, int>;
 using Biquads = std::vector<nvScientificComputing::Biquad>;
@@ -87,6 +90,7 @@ private Q_SLOTS:
     void equality_data();
     void equality();
     void setupNameView();
+    void concurrentQueries();
 
 private:
     QString WriteSetup(const QString &name, const QVariantMap &map);
@@ -590,6 +594,34 @@ void tst_LoudspeakerSetup::setupNameView()
     QVERIFY(setup == setup);
     setup.SetDelay(std::nan(""));
     QVERIFY(!(setup == setup));
+}
+
+void tst_LoudspeakerSetup::concurrentQueries()
+{
+    // Queries keep no scratch state: threads asking at once get what one thread gets.
+    LoudspeakerSetup setup(nullptr);
+    setup.Read(fullSetup);
+    const SwitchStates switches {{1, 1}, {2, 1}, {3, 2}, {4, 3}, {5, 6}};
+    QList<Complex> reference;
+    for (int i = 0; i < 249; ++i)
+        reference.append(setup.GetTransferFunction(Tolvane::LogarithmicFrequencies, i, switches, Tolvane::SensitivityWithArrayEq, true));
+
+    std::atomic<int> mismatches {0};
+    std::unique_ptr<QThread> threads[4];
+    for (auto &thread : threads) {
+        thread.reset(QThread::create([&] {
+            for (int round = 0; round < 50; ++round) {
+                for (int i = 0; i < 249; ++i) {
+                    if (setup.GetTransferFunction(Tolvane::LogarithmicFrequencies, i, switches, Tolvane::SensitivityWithArrayEq, true) != reference.at(i))
+                        ++mismatches;
+                }
+            }
+        }));
+        thread->start();
+    }
+    for (auto &thread : threads)
+        QVERIFY(thread->wait(60000));
+    QCOMPARE(mismatches.load(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_LoudspeakerSetup)
