@@ -5,10 +5,10 @@
 #include "TestHelpers.h"
 
 #include <QTest>
-#include <QThread>
 
 #include <cmath>
-#include <memory>
+#include <thread>
+#include <vector>
 
 using SwitchStates = QMap<int, int>;
 
@@ -57,13 +57,11 @@ void tst_DspChannelDescriptor::frequencyVectorsFirstUseFromThreads()
 {
     // Several threads race for the first use of the 3-band list; all must see one complete list.
     const QList<double> *seen[8] = {};
-    std::unique_ptr<QThread> threads[8];
+    std::vector<std::thread> threads;
     for (int t = 0; t < 8; ++t)
-        threads[t].reset(QThread::create([&seen, t] { seen[t] = &FrequencyVectors::GetFrequencyVector(3); }));
-    for (auto &thread : threads)
-        thread->start();
-    for (auto &thread : threads)
-        QVERIFY(thread->wait(10000));
+        threads.emplace_back([&seen, t] { seen[t] = &FrequencyVectors::GetFrequencyVector(3); });
+    for (std::thread &thread : threads)
+        thread.join();
     for (const QList<double> *list : seen) {
         QCOMPARE(list, seen[0]);
         QCOMPARE(list->size(), 29);

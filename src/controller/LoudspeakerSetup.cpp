@@ -47,12 +47,11 @@ std::vector<float> ToFloats(const QVariant &list)
     return values;
 }
 
-std::vector<std::vector<nvScientificComputing::Biquad>> ToBandFilters(const QVariantMap &limiter)
+// Appends, like every other list a second Read() would extend.
+void AppendBandFilters(const QVariantMap &limiter, std::vector<std::vector<nvScientificComputing::Biquad>> &bands)
 {
-    std::vector<std::vector<nvScientificComputing::Biquad>> bands;
     for (const char *band : {"Band0", "Band1", "Band2", "Band3"})
         bands.push_back(ToBiquads(limiter.value(QLatin1String(band))));
-    return bands;
 }
 
 std::unordered_map<std::string, std::string> ToTexts(const QVariant &map)
@@ -111,6 +110,7 @@ LoudspeakerSetup::LoudspeakerSetup(QObject *parent)
     : QObject(parent)
     , m_logFrequencies(FrequencyVectors::GetFrequencyVector(24))
     , m_linearFrequencies(FrequencyVectors::GetLinearFrequencyVector())
+    , m_couplingFilters(&CouplingFilterProvider::GetInstance())
 {
 }
 
@@ -206,7 +206,7 @@ void LoudspeakerSetup::ReadSwitches(const QVariantMap &switches)
 
 void LoudspeakerSetup::AddCouplingSwitches()
 {
-    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    CouplingFilterProvider &provider = *m_couplingFilters;
     QMap<int, QString> &low = m_switchValues[4];
     for (int position : provider.GetLowPositions())
         low.insert(position, CouplingLabel(CouplingFilterProvider::ConvertFromLowIndex(position)));
@@ -276,7 +276,7 @@ bool LoudspeakerSetup::ReadSwitch3Data(const QMap<QString, QVariant> &switches)
 bool LoudspeakerSetup::ReadPeakLimiterData(const QMap<QString, QVariant> &peakLimiter)
 {
     nvScientificComputing::PeakLimiter &l = m_peakLimiter;
-    l.bandFilters = ToBandFilters(peakLimiter);
+    AppendBandFilters(peakLimiter, l.bandFilters);
     l.displayLimiterType = static_cast<int16_t>(peakLimiter.value(QStringLiteral("DispLimType")).toInt());
     l.displayLimiterDisabled = peakLimiter.value(QStringLiteral("DispLimDisable")).toBool();
     l.clipVoltagePeak = peakLimiter.value(QStringLiteral("UclipPK")).toFloat();
@@ -300,7 +300,7 @@ bool LoudspeakerSetup::ReadPeakLimiterData(const QMap<QString, QVariant> &peakLi
 bool LoudspeakerSetup::ReadThermoLimiterData(const QMap<QString, QVariant> &thermoLimiter)
 {
     nvScientificComputing::ThermoLimiter &l = m_thermoLimiter;
-    l.bandFilters = ToBandFilters(thermoLimiter);
+    AppendBandFilters(thermoLimiter, l.bandFilters);
     l.limiterDisabled = thermoLimiter.value(QStringLiteral("LimDisable")).toBool();
     l.reductionAttack = thermoLimiter.value(QStringLiteral("ReductAttack")).toFloat();
     l.reductionRelease = thermoLimiter.value(QStringLiteral("ReductRelease")).toFloat();
@@ -414,7 +414,7 @@ Complex LoudspeakerSetup::GetTransferFunction(Tolvane::FrequencyRange range, int
     h *= SwitchFactor(table.switchResponses[1], w[2], frequencyIndex);
     h *= SwitchFactor(table.switchResponses[2], w[3], frequencyIndex);
     if (w[4] > 0 || w[5] > 0)
-        h *= CouplingFilterProvider::GetInstance().CalculateCouplingResponse(w[4], w[5], f);
+        h *= m_couplingFilters->CalculateCouplingResponse(w[4], w[5], f);
     h *= At(table.systemEq, frequencyIndex);
     h *= m_signedGain;
     h *= Complex::fromPolar(1.0, -6.283185307179586 * f * m_delay);

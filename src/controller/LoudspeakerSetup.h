@@ -18,6 +18,8 @@
 #include <utility>
 #include <vector>
 
+class CouplingFilterProvider;
+
 /**
  * One controller setup of a DSP (amplifier) channel, read from a controller setup file:
  * names, gain, polarity, delay, supported amplifiers, sensitivity, switches with their
@@ -187,4 +189,5 @@ private:
     GridTable m_logTable;
     GridTable m_linearTable;
     std::string m_setupNameUtf8;
+    CouplingFilterProvider *m_couplingFilters; // the singleton, kept to skip its lock per query
 };
