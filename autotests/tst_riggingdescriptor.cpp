@@ -107,6 +107,21 @@ private Q_SLOTS:
         QCOMPARE(descriptor.GetLoadBeamCategoryDisplayName(), QStringLiteral("Load beam"));
     }
 
+    void wronglyTypedValuesConvertSilently()
+    {
+        RiggingHardwareDescriptor d(dataFile("hostile.json"));
+        QCOMPARE(d.GetName(), QStringLiteral("42"));
+        QCOMPARE(d.GetMaximumLoad(), 0.0);
+        QCOMPARE(d.GetSize(), Size());
+        QVERIFY(d.HasLoadBeam());
+        QCOMPARE(d.GetLoadBeamFrontOffset(QStringLiteral("Bad"), QStringLiteral("p")), 0.0);
+        QCOMPARE(d.GetConnectionPointOffset(5), Point());
+        QCOMPARE(d.GetMountingDirection(1), QString());
+        QCOMPARE(d.GetCenterOfGravity(), Point());
+        const auto views = d.GetViews().value<Views>();
+        QCOMPARE(views.keys(), (QStringList{"3D_Bad_p", "3D_Bad_q", "side_Bad_p", "side_Bad_q", "top_Bad_p", "top_Bad_q"}));
+    }
+
     void fullFileReadsEveryKey()
     {
         RiggingHardwareDescriptor d(dataFile("full.json"));

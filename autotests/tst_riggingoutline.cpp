@@ -217,6 +217,75 @@ private Q_SLOTS:
             QCOMPARE(p.z(), 0.0);
     }
 
+    void frameOutlineSources_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QStringList>("keys");
+        QTest::addColumn<QStringList>("picked"); // ExtractViewKeys: 3D, side, top
+        QTest::addColumn<QString>("warning");
+        QTest::newRow("drawn by the file, flown view preferred")
+            << "arbitrary.json" << QStringList{"3D", "3D_flown", "3D_pullback", "side", "side_pullback", "top", "top_pullback"}
+            << QStringList{"3D_flown", "side", "top"} << QString();
+        QTest::newRow("cabinet views win over the file's") << "arbitrary_cabinet.json" << QStringList{"side"}
+                                                           << QStringList{"", "side", ""} << QString();
+        QTest::newRow("cabinet shape with pullback and a load beam")
+            << "cuboid.json"
+            << QStringList{"3D", "3D_Beam_front", "3D_pullback", "side", "side_Beam_front", "side_pullback", "top", "top_Beam_front", "top_pullback"}
+            << QStringList{"3D", "side", "top"} << QString();
+        QTest::newRow("size only: a box") << "sizeonly.json" << QStringList{"3D", "side", "top"} << QStringList{"3D", "side", "top"} << QString();
+        QTest::newRow("unknown shape: load beams only")
+            << "unknownshape.json" << QStringList{"3D_Beam_front", "side_Beam_front", "top_Beam_front"} << QStringList{"", "", ""}
+            << "Unknown cabinetShape!";
+    }
+
+    void frameOutlineSources()
+    {
+        QFETCH(QString, file);
+        QFETCH(QStringList, keys);
+        QFETCH(QStringList, picked);
+        QFETCH(QString, warning);
+        if (!warning.isEmpty())
+            QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+        const Views views = viewsOf(qPrintable(file));
+        QCOMPARE(views.keys(), keys);
+        QString key3D, keySide, keyTop;
+        RiggingHardwareDescriptor::ExtractViewKeys(views, key3D, keySide, keyTop);
+        QCOMPARE((QStringList{key3D, keySide, keyTop}), picked);
+    }
+
+    void drawnFrameTurnsOverByTriangles()
+    {
+        const Views views = viewsOf("arbitrary.json");
+        compareOutline(views.value("3D"), {Point(0, -0.3, 0), Point(-0.4, -0.3, 0), Point(-0.4, 0.3, 0), Point(0, -0.3, 0), Point(-0.4, 0.3, 0), Point(0, 0.3, 0)});
+        // Upside down within the 50 mm height; each triangle keeps its winding.
+        compareOutline(views.value("3D_pullback"), {Point(-0.4, 0.3, -0.05), Point(-0.4, -0.3, -0.05), Point(0, -0.3, -0.05),
+                                                    Point(0, 0.3, -0.05), Point(-0.4, 0.3, -0.05), Point(0, -0.3, -0.05)});
+        compareOutline(views.value("side_pullback"), views.value("side"));
+        QCOMPARE(views.value("top_pullback"), views.value("top"));
+    }
+
+    void boxFrameTurnedOverIsTheSameBox()
+    {
+        const Views views = viewsOf("cuboid.json");
+        const QList<Point> mesh = views.value("3D");
+        const QList<Point> flipped = views.value("3D_pullback");
+        verifyQuadMesh(flipped);
+        QCOMPARE(flipped.size(), mesh.size());
+        // A box is symmetric top to bottom: every turned face is one of the original faces.
+        const auto sameFace = [](const QList<Point> &a, const QList<Point> &b) {
+            return std::all_of(a.cbegin(), a.cend(), [&b](const Point &p) {
+                return std::any_of(b.cbegin(), b.cend(), [&p](const Point &q) { return near(p, q, 1e-12); });
+            });
+        };
+        for (qsizetype i = 0; i < flipped.size(); i += 4) {
+            bool found = false;
+            for (qsizetype k = 0; k < mesh.size() && !found; k += 4)
+                found = sameFace(flipped.mid(i, 4), mesh.mid(k, 4));
+            QVERIFY2(found, qPrintable(QStringLiteral("turned face %1 is no face of the box").arg(i / 4)));
+        }
+        compareOutline(views.value("side_pullback"), views.value("side"));
+    }
+
     void loadBeamFrontOffsetOfUnknownKeysIsZero_data()
     {
         QTest::addColumn<QString>("type");

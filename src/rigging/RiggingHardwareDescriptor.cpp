@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "RiggingHardwareDescriptor.h"
 
+#include "CabinetShapeCreator.h"
 #include "JsonFileLoader.h"
 #include "LoudspeakerDescriptor.h"
 #include "RiggingOutline_p.h"
@@ -172,10 +173,23 @@ RiggingHardwareDescriptor::LoadBeamData RiggingHardwareDescriptor::ReadLoadBeamD
 bool RiggingHardwareDescriptor::CreateShape(const QVariantMap &file)
 {
     const QVariantMap cabinet = file.value(QStringLiteral("cabinet")).toMap();
+    const QString shapeName = cabinet.value(QStringLiteral("cabinetShape")).toString();
+    const QString arbitrary = QStringLiteral("Arbitrary");
+    const QString viewsKey = QStringLiteral("views");
 
     m_views.clear();
-    if (RiggingOutline::HasFrameOutlineKeys(cabinet))
+    if (shapeName == arbitrary) {
+        QVariantMap parameters = cabinet;
+        if (!parameters.contains(viewsKey) && file.contains(viewsKey))
+            parameters.insert(viewsKey, file.value(viewsKey));
+        m_views = CabinetShapeCreator::CreateCabinetShapeData(parameters, arbitrary);
+    } else if (RiggingOutline::HasFrameOutlineKeys(cabinet)) {
         m_views = RiggingOutline::BoxViews(RiggingOutline::FrameBoxes(cabinet, m_size));
+    } else if (!shapeName.isEmpty()) {
+        m_views = CabinetShapeCreator::CreateCabinetShapeData(cabinet, shapeName);
+    } else if (m_size.width() > 0.0 && m_size.height() > 0.0 && m_size.depth() > 0.0) {
+        m_views = CabinetShapeCreator::CreateCabinetShapeData(cabinet, QStringLiteral("Cuboid"));
+    }
     UpdateFrameViewPoints();
 
     m_loadBeamFrontPoints.clear();
@@ -228,12 +242,9 @@ QMap<QString, QList<Point>> RiggingHardwareDescriptor::CreateShapeLoadBeam(const
     const double halfWidth = loadBeam.width * 0.5;
     const RiggingOutline::Box beam{frontEnd.x() - loadBeam.length, frontEnd.x(), frontEnd.y() - halfWidth, frontEnd.y() + halfWidth,
                                    frontEnd.z(), frontEnd.z() + loadBeam.height};
-    QList<Point> top;
-    for (const Point &corner : RiggingOutline::BoxTopFace(beam))
-        top.append(Point(corner.x(), corner.y(), 0.0));
     return {
         {QStringLiteral("3D"), RiggingOutline::BoxFaces(beam)},
-        {QStringLiteral("top"), top},
+        {QStringLiteral("top"), RiggingOutline::BoxTopFace(beam)},
         {QStringLiteral("side"), RiggingOutline::SideSilhouette({beam})},
     };
 }
@@ -259,8 +270,10 @@ QMap<QString, QList<Point>> RiggingHardwareDescriptor::CreateShapeTriangleWithLo
     QMap<QString, QList<Point>> views = CreateShapeLoadBeam(loadBeam, frontEnd);
 
     const double beamRear = frontEnd.x() - loadBeam.length;
-    const double baseFront = std::clamp(intersection.x() + loadBeam.profileLength * 0.5, beamRear, frontEnd.x());
-    const double baseRear = std::clamp(intersection.x() - loadBeam.profileLength * 0.5, beamRear, frontEnd.x());
+    // Kept on the beam; min/max rather than std::clamp, which a negative length would break.
+    const auto onBeam = [&](double x) { return std::max(beamRear, std::min(x, frontEnd.x())); };
+    const double baseFront = onBeam(intersection.x() + loadBeam.profileLength * 0.5);
+    const double baseRear = onBeam(intersection.x() - loadBeam.profileLength * 0.5);
     const double halfThickness = (loadBeam.profileWidth > 0.0 ? loadBeam.profileWidth : loadBeam.width) * 0.5;
     const double right = intersection.y() - halfThickness;
     const double left = intersection.y() + halfThickness;
