@@ -108,9 +108,6 @@ private:
     void ReadBalloonDataFromMap();
     bool ReadBalloonFile(const QString &key, const QString &path);
     Complex GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi, bool flushMount) const;
-    int FrequencyIndex(double frequency) const;
-    double CalculatePhiIndex(double phi, bool flushMount) const;
-    static qint64 CalculateInterpolationIndex(double value, double &fraction);
     const Table *ChooseTable(const QString &key, bool flushMount) const;
 
     QString m_name;
