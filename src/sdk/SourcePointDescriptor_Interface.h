@@ -23,7 +23,7 @@ class SourcePointDescriptor_Interface
 {
 public:
     /// When balloon data files are read.
-    enum ReadBalloonDataMode {
+    enum ReadBalloonDataMode : int {
         Asynchronous = 0, ///< on a worker of the global thread pool
         Synchronous = 1,  ///< before ReadBalloonData() returns
     };

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+// Independent checks on the quad meshes of the cabinet shapes.
+#pragma once
+
+#include "Point.h"
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <cmath>
+
+namespace ShapeMeshChecks {
+
+// Coordinates rounded to a nanometre identify a corner, whatever its name.
+inline QString cornerKey(const Point &p)
+{
+    const auto r = [](double v) { return QString::number(std::llround(v * 1e9)); };
+    return r(p.x()) + QLatin1Char(',') + r(p.y()) + QLatin1Char(',') + r(p.z());
+}
+
+/// Empty when every directed edge occurs exactly once and its reverse exactly once (a closed,
+/// consistently wound surface: every edge shared by exactly two faces); otherwise a description
+/// of the first fault.
+inline QString closureFault(const QList<Point> &mesh)
+{
+    if (mesh.size() % 4 != 0)
+        return QStringLiteral("point count %1 is no multiple of 4").arg(mesh.size());
+    QHash<QString, int> directed;
+    for (qsizetype f = 0; f < mesh.size(); f += 4) {
+        for (int i = 0; i < 4; ++i) {
+            const QString a = cornerKey(mesh.at(f + i));
+            const QString b = cornerKey(mesh.at(f + (i + 1) % 4));
+            if (a == b)
+                return QStringLiteral("face %1 has a zero-length edge").arg(f / 4);
+            ++directed[a + QLatin1String("->") + b];
+        }
+    }
+    for (auto it = directed.cbegin(); it != directed.cend(); ++it) {
+        if (it.value() != 1)
+            return QStringLiteral("edge %1 used %2 times in one direction").arg(it.key()).arg(it.value());
+        const QStringList ends = it.key().split(QStringLiteral("->"));
+        if (directed.value(ends.at(1) + QLatin1String("->") + ends.at(0)) != 1)
+            return QStringLiteral("edge %1 has no opposite").arg(it.key());
+    }
+    return {};
+}
+
+/// Largest distance of a quad corner from the plane through the other three.
+inline double worstPlanarity(const QList<Point> &mesh)
+{
+    double worst = 0.0;
+    for (qsizetype f = 0; f + 3 < mesh.size(); f += 4) {
+        for (int skip = 0; skip < 4; ++skip) {
+            const Point &a = mesh.at(f + (skip + 1) % 4);
+            const Point &b = mesh.at(f + (skip + 2) % 4);
+            const Point &c = mesh.at(f + (skip + 3) % 4);
+            const Point &d = mesh.at(f + skip);
+            const std::array<double, 3> u{b.x() - a.x(), b.y() - a.y(), b.z() - a.z()};
+            const std::array<double, 3> v{c.x() - a.x(), c.y() - a.y(), c.z() - a.z()};
+            const std::array<double, 3> n{u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
+            const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
+            if (length < 1e-12)
+                continue; // three collinear corners: no plane to measure against
+            const double distance = std::abs(n[0] * (d.x() - a.x()) + n[1] * (d.y() - a.y()) + n[2] * (d.z() - a.z())) / length;
+            worst = std::max(worst, distance);
+        }
+    }
+    return worst;
+}
+
+/// Volume enclosed by the mesh, by the divergence theorem over a fan of each face; its sign
+/// tells the winding (negative: corners run clockwise seen from outside, as the box shapes do).
+inline double signedVolume(const QList<Point> &mesh)
+{
+    double volume = 0.0;
+    for (qsizetype f = 0; f + 3 < mesh.size(); f += 4) {
+        const Point &a = mesh.at(f);
+        for (int i = 1; i < 3; ++i) {
+            const Point &b = mesh.at(f + i);
+            const Point &c = mesh.at(f + i + 1);
+            volume += a.x() * (b.y() * c.z() - b.z() * c.y()) - a.y() * (b.x() * c.z() - b.z() * c.x()) + a.z() * (b.x() * c.y() - b.y() * c.x());
+        }
+    }
+    return volume / 6.0;
+}
+
+struct Box {
+    double minX = 0, maxX = 0, minY = 0, maxY = 0, minZ = 0, maxZ = 0;
+};
+
+inline Box boundingBox(const QList<Point> &points)
+{
+    Box box;
+    if (points.isEmpty())
+        return box;
+    box = {points.first().x(), points.first().x(), points.first().y(), points.first().y(), points.first().z(), points.first().z()};
+    for (const Point &p : points) {
+        box.minX = std::min(box.minX, p.x());
+        box.maxX = std::max(box.maxX, p.x());
+        box.minY = std::min(box.minY, p.y());
+        box.maxY = std::max(box.maxY, p.y());
+        box.minZ = std::min(box.minZ, p.z());
+        box.maxZ = std::max(box.maxZ, p.z());
+    }
+    return box;
+}
+
+/// Names of the points, in order, joined by spaces.
+inline QString names(const QList<Point> &points)
+{
+    QStringList list;
+    for (const Point &p : points)
+        list.append(p.GetName());
+    return list.join(QLatin1Char(' '));
+}
+
+} // namespace ShapeMeshChecks
