@@ -4,6 +4,7 @@
 #include "Balloon.h"
 #include "BalloonFileReader_p.h"
 #include "BalloonFrequencyIndex_p.h"
+#include "DspChannelDescriptor.h"
 #include "LoudspeakerDescriptor.h"
 
 #include <QFile>
@@ -149,6 +150,10 @@ bool SourcePointDescriptor::Read(const QVariantMap &map)
     m_origins = Point::fromVariantMap(map.value(QStringLiteral("origin")).toMap());
     m_centers = Point::fromVariantMap(map.value(QStringLiteral("center")).toMap());
     m_flushMountAttenuation = map.value(QStringLiteral("flushMountAttenuation")).toBool();
+
+    // The channel reads its own keys from the same entry.
+    delete m_dspChannels.take(DefaultAmplifier);
+    m_dspChannels.insert(DefaultAmplifier, new DspChannelDescriptor(map, this));
 
     m_balloonDataMap = map.value(QStringLiteral("balloonData")).toMap();
     for (auto it = m_balloonDataMap.cbegin(); it != m_balloonDataMap.cend(); ++it) {
@@ -324,21 +329,21 @@ DspChannelDescriptor *SourcePointDescriptor::GetDspChannelDescriptor(const QStri
 
 QList<int> SourcePointDescriptor::GetSpeakerIds()
 {
-    return {};
+    DspChannelDescriptor *channel = m_dspChannels.value(DefaultAmplifier, nullptr);
+    return channel ? channel->GetSpeakerIds() : QList<int>();
 }
 
 QString SourcePointDescriptor::GetSwitchDescription(int switchId, Tolvane::Mounting mounting)
 {
-    Q_UNUSED(switchId)
-    Q_UNUSED(mounting)
-    return {};
+    DspChannelDescriptor *channel = m_dspChannels.value(DefaultAmplifier, nullptr);
+    return channel ? channel->GetSwitchDescription(channel->GetDefaultLoudspeakerSetupKey(mounting), switchId) : QString();
 }
 
 QMap<int, QString> SourcePointDescriptor::GetSwitchValues(int switchId, Tolvane::Mounting mounting)
 {
-    Q_UNUSED(switchId)
-    Q_UNUSED(mounting)
-    return {};
+    DspChannelDescriptor *channel = m_dspChannels.value(DefaultAmplifier, nullptr);
+    return channel ? channel->GetSwitchValues(channel->GetDefaultLoudspeakerSetupKey(mounting), switchId)
+                   : QMap<int, QString>();
 }
 
 int SourcePointDescriptor::GetNH() const
