@@ -76,7 +76,7 @@ qint64 saturatedIndex(double integral)
 // which no weight can see). Converting through an integer keeps the call out of the hot path.
 inline qint64 splitIndex(double value, double &fraction)
 {
-    if (std::abs(value) < 4.0e15) {
+    if (std::abs(value) < 4503599627370496.0) { // 2^52: from there on every double is an integer
         const qint64 integral = qint64(value);
         fraction = value - double(integral);
         return integral;
