@@ -140,8 +140,7 @@ SourcePointDescriptor::SourcePointDescriptor(QObject *parent)
 SourcePointDescriptor::~SourcePointDescriptor()
 {
     // The worker writes into this object; it catches everything it throws, so waiting cannot rethrow.
-    if (m_backgroundRead.isRunning())
-        m_backgroundRead.waitForFinished();
+    WaitForBackgroundRead();
 }
 
 bool SourcePointDescriptor::Read(const QVariantMap &map)
@@ -179,17 +178,24 @@ void SourcePointDescriptor::ReadBalloonData(ReadBalloonDataMode mode)
     if (!m_flushMountAttenuation) {
         switch (mode) {
         case Asynchronous: {
-            if (m_backgroundRead.isRunning() || m_tableCount.load(std::memory_order_acquire) > 0)
+            if (m_backgroundRead.isRunning())
+                return;
+            WaitForBackgroundRead(); // finished: only takes over what the worker wrote
+            if (m_tableCount.load(std::memory_order_acquire) > 0)
                 return;
             QThreadPool *pool = QThreadPool::globalInstance();
             if (!pool)
                 return;
+            // The flag's release/acquire pairs publish this object to the worker and back.
+            m_backgroundReadDone.store(false, std::memory_order_release);
             m_backgroundRead = QtConcurrent::run(pool, [this] {
+                m_backgroundReadDone.load(std::memory_order_acquire);
                 // A file the reader refuses leaves the point unloaded; nothing may reach the pool.
                 try {
                     ReadBalloonDataFromMap();
                 } catch (...) {
                 }
+                m_backgroundReadDone.store(true, std::memory_order_release);
             });
             return;
         }
@@ -201,10 +207,18 @@ void SourcePointDescriptor::ReadBalloonData(ReadBalloonDataMode mode)
         }
     }
     // Never read alongside a background read of the same point.
-    if (m_backgroundRead.isRunning())
-        m_backgroundRead.waitForFinished();
+    WaitForBackgroundRead();
     if (m_tableCount.load(std::memory_order_acquire) == 0)
         ReadBalloonDataFromMap();
+}
+
+void SourcePointDescriptor::WaitForBackgroundRead()
+{
+    if (m_backgroundRead.isRunning())
+        m_backgroundRead.waitForFinished();
+    // Pairs with the worker's last store, so that everything it wrote is visible here (Qt's own
+    // waiting synchronises too, but not in a way every race detector can see).
+    m_backgroundReadDone.load(std::memory_order_acquire);
 }
 
 void SourcePointDescriptor::ReadBalloonDataFromMap()

@@ -106,6 +106,7 @@ private:
     };
 
     void ReadBalloonDataFromMap();
+    void WaitForBackgroundRead();
     bool ReadBalloonFile(const QString &key, const QString &path);
     Complex GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi, bool flushMount) const;
     const Table *ChooseTable(const QString &key, bool flushMount) const;
@@ -140,4 +141,5 @@ private:
     QMap<QString, QString> m_balloonFileNames;
     std::atomic<bool> m_balloonDataLoaded{false};
     QFuture<void> m_backgroundRead;
+    std::atomic<bool> m_backgroundReadDone{true};
 };
