@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "SourcePointDescriptor.h"
 
+#include "DspChannelDescriptor.h"
+
 #include "BalloonFixtures.h"
 #include "TestHelpers.h"
 
+#include <QPointer>
 #include <QThreadPool>
 
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+
+using SwitchValues = QMap<int, QString>;
 
 namespace {
 
@@ -44,6 +49,8 @@ private Q_SLOTS:
 
     void readsPlacementPerMounting_data();
     void readsPlacementPerMounting();
+    void dspChannel_data();
+    void dspChannel();
     void balloonFileCheck_data();
     void balloonFileCheck();
     void balloonDataKey_data();
@@ -106,6 +113,50 @@ void tst_SourcePointDescriptor::readsPlacementPerMounting()
     QCOMPARE(point.GetNormalAngles(m), QList<double>());
     QVERIFY(!point.HasFlushMountAttenuation());
     QCOMPARE(point.GetDefaultAmplifier(), QStringLiteral("D80"));
+}
+
+void tst_SourcePointDescriptor::dspChannel_data()
+{
+    QTest::addColumn<int>("mounting");
+    QTest::addColumn<QString>("cardioidDescription");
+    QTest::addColumn<SwitchValues>("presetValues");
+
+    // Flown uses setup 1 (full_setup.json), stacked setup 3 (no switches); other mountings
+    // have default key 0, which no setup carries.
+    const SwitchValues preset{{0, QStringLiteral("Far")}, {2, QStringLiteral("Near")}};
+    QTest::newRow("flown: default setup 1") << int(Tolvane::Flown) << "Cardioid" << preset;
+    QTest::newRow("stacked: setup without switches") << int(Tolvane::Stacked) << QString() << SwitchValues();
+    QTest::newRow("no default setup") << int(Tolvane::StackedCart) << QString() << SwitchValues();
+}
+
+void tst_SourcePointDescriptor::dspChannel()
+{
+    QFETCH(int, mounting);
+    QFETCH(QString, cardioidDescription);
+    QFETCH(SwitchValues, presetValues);
+
+    SourcePointDescriptor point;
+    point.Read({{"name", "LF"},
+                {"defaultControllerSetups", QVariantMap{{"flown", 1}, {"stacked", 3}}},
+                {"controllerSetups", QVariantMap{{"1", "full_setup.json"}, {"3", "gain_delay.json"}}}});
+    DspChannelDescriptor *channel = point.GetDspChannelDescriptor(QStringLiteral("D80"));
+    QVERIFY(channel);
+    QCOMPARE(channel->parent(), &point);
+    QCOMPARE(channel->GetName(), QStringLiteral("LF")); // read from the source point's own map
+    QCOMPARE(point.GetDspChannelDescriptor(QStringLiteral("D20")), channel);
+    QCOMPARE(point.GetSpeakerIds(), (QList<int>{7, 3}));
+
+    const auto m = Tolvane::Mounting(mounting);
+    QCOMPARE(point.GetSwitchDescription(2, m), cardioidDescription);
+    QCOMPARE(point.GetSwitchValues(3, m), presetValues);
+    QVERIFY(point.GetSwitchDescription(9, m).isEmpty());
+
+    // Reading again replaces the channel.
+    const QPointer<DspChannelDescriptor> old(channel);
+    point.Read({});
+    QVERIFY(old.isNull());
+    QVERIFY(point.GetDspChannelDescriptor(QStringLiteral("D80")));
+    QVERIFY(point.GetSpeakerIds().isEmpty());
 }
 
 void tst_SourcePointDescriptor::balloonFileCheck_data()

@@ -369,38 +369,6 @@ int BalloonFileReader::BytesPerValue(int format)
     return bytesOf(kindOf(format));
 }
 
-double BalloonFileReader::PhiIndex(double phi, int symmetry, double phiStepWidth)
-{
-    double p = std::fmod(phi, 360.0);
-    if (p < 0)
-        p += 360.0;
-    switch (symmetry) {
-    case Tolvane::HalfSymmetry:
-        if (p > 180.0)
-            p = 360.0 - p;
-        break;
-    case Tolvane::HalfSymmetryRotated:
-        if (p >= 270.0)
-            p -= 270.0;
-        else if (p <= 90.0)
-            p += 90.0;
-        else
-            p = 270.0 - p;
-        break;
-    case Tolvane::QuarterSymmetry:
-        if (p > 180.0)
-            p = 360.0 - p;
-        if (p > 90.0)
-            p = 180.0 - p;
-        break;
-    case Tolvane::RotationalSymmetry:
-        return 0.0;
-    default:
-        break;
-    }
-    return p / phiStepWidth;
-}
-
 double BalloonFileReader::ArcSineModulus(double x)
 {
     const double ax = std::abs(x);

@@ -7,6 +7,7 @@
 #include <QByteArrayView>
 #include <QList>
 
+#include <cmath>
 #include <complex>
 #include <vector>
 
@@ -88,7 +89,38 @@ public:
 
     /// Phi (degrees) reduced to [0, 360), folded by `symmetry` and divided by the step:
     /// the fractional phi index of the stored grid (0 for rotational symmetry).
-    static double PhiIndex(double phi, int symmetry, double phiStepWidth);
+    static double PhiIndex(double phi, int symmetry, double phiStepWidth)
+    {
+        // fmod is exact, but a call; most directions already lie in [0, 360).
+        double p = phi >= 0.0 && phi < 360.0 ? phi : std::fmod(phi, 360.0);
+        if (p < 0)
+            p += 360.0;
+        switch (symmetry) {
+        case Tolvane::HalfSymmetry:
+            if (p > 180.0)
+                p = 360.0 - p;
+            break;
+        case Tolvane::HalfSymmetryRotated:
+            if (p >= 270.0)
+                p -= 270.0;
+            else if (p <= 90.0)
+                p += 90.0;
+            else
+                p = 270.0 - p;
+            break;
+        case Tolvane::QuarterSymmetry:
+            if (p > 180.0)
+                p = 360.0 - p;
+            if (p > 90.0)
+                p = 180.0 - p;
+            break;
+        case Tolvane::RotationalSymmetry:
+            return 0.0;
+        default:
+            break;
+        }
+        return p / phiStepWidth;
+    }
     /// |asin(x)| of the complex arc sine of a real x, in radians.
     static double ArcSineModulus(double x);
 

@@ -4,6 +4,7 @@
 #include "Balloon.h"
 #include "BalloonFileReader_p.h"
 #include "BalloonFrequencyIndex_p.h"
+#include "DspChannelDescriptor.h"
 #include "LoudspeakerDescriptor.h"
 
 #include <QFile>
@@ -71,6 +72,58 @@ qint64 saturatedIndex(double integral)
     return qint64(integral);
 }
 
+// Integer part toward zero and fraction, as modf gives them (the sign of a zero fraction aside,
+// which no weight can see). Converting through an integer keeps the call out of the hot path.
+inline qint64 splitIndex(double value, double &fraction)
+{
+    if (std::abs(value) < 4503599627370496.0) { // 2^52: from there on every double is an integer
+        const qint64 integral = qint64(value);
+        fraction = value - double(integral);
+        return integral;
+    }
+    fraction = std::isnan(value) ? value : 0.0; // larger magnitudes are integers already
+    return saturatedIndex(value);
+}
+
+// On a grid line above the first, a direction is the upper edge of the cell below.
+inline qint64 interpolationIndex(double value, double &fraction)
+{
+    const qint64 i = splitIndex(value, fraction);
+    if (fraction == 0.0 && i > 0) {
+        fraction = 1.0;
+        return i - 1;
+    }
+    return i;
+}
+
+// The flush-mount table has two columns: 90 degrees (0) and 270 degrees (1).
+inline double flushMountColumn(double phi)
+{
+    double p = phi >= 0.0 && phi < 360.0 ? phi : std::fmod(phi, 360.0);
+    if (p < 0)
+        p += 360.0;
+    if (std::abs(p - 90.0) < 0.1)
+        return 0.0;
+    if (std::abs(p - 270.0) < 0.1)
+        return 1.0;
+    return 0.0;
+}
+
+// Several tables: the first with the key, else the first; one table: that one, whatever the key.
+template<typename Tables>
+auto chooseTable(const Tables &tables, const QString &key) -> decltype(&tables.front())
+{
+    if (tables.empty())
+        return nullptr;
+    if (tables.size() > 1) {
+        for (const auto &table : tables) {
+            if (table.key == key)
+                return &table;
+        }
+    }
+    return &tables.front();
+}
+
 // std::round of a cell fraction in [-1, 1]: halves away from zero.
 qint64 roundFraction(double fraction)
 {
@@ -87,8 +140,7 @@ SourcePointDescriptor::SourcePointDescriptor(QObject *parent)
 SourcePointDescriptor::~SourcePointDescriptor()
 {
     // The worker writes into this object; it catches everything it throws, so waiting cannot rethrow.
-    if (m_backgroundRead.isRunning())
-        m_backgroundRead.waitForFinished();
+    WaitForBackgroundRead();
 }
 
 bool SourcePointDescriptor::Read(const QVariantMap &map)
@@ -97,6 +149,10 @@ bool SourcePointDescriptor::Read(const QVariantMap &map)
     m_origins = Point::fromVariantMap(map.value(QStringLiteral("origin")).toMap());
     m_centers = Point::fromVariantMap(map.value(QStringLiteral("center")).toMap());
     m_flushMountAttenuation = map.value(QStringLiteral("flushMountAttenuation")).toBool();
+
+    // The channel reads its own keys from the same entry.
+    delete m_dspChannels.take(DefaultAmplifier);
+    m_dspChannels.insert(DefaultAmplifier, new DspChannelDescriptor(map, this));
 
     m_balloonDataMap = map.value(QStringLiteral("balloonData")).toMap();
     for (auto it = m_balloonDataMap.cbegin(); it != m_balloonDataMap.cend(); ++it) {
@@ -122,17 +178,24 @@ void SourcePointDescriptor::ReadBalloonData(ReadBalloonDataMode mode)
     if (!m_flushMountAttenuation) {
         switch (mode) {
         case Asynchronous: {
-            if (m_backgroundRead.isRunning() || m_tableCount.load(std::memory_order_acquire) > 0)
+            if (m_backgroundRead.isRunning())
+                return;
+            WaitForBackgroundRead(); // finished: only takes over what the worker wrote
+            if (m_tableCount.load(std::memory_order_acquire) > 0)
                 return;
             QThreadPool *pool = QThreadPool::globalInstance();
             if (!pool)
                 return;
+            // The flag's release/acquire pairs publish this object to the worker and back.
+            m_backgroundReadDone.store(false, std::memory_order_release);
             m_backgroundRead = QtConcurrent::run(pool, [this] {
+                m_backgroundReadDone.load(std::memory_order_acquire);
                 // A file the reader refuses leaves the point unloaded; nothing may reach the pool.
                 try {
                     ReadBalloonDataFromMap();
                 } catch (...) {
                 }
+                m_backgroundReadDone.store(true, std::memory_order_release);
             });
             return;
         }
@@ -144,10 +207,18 @@ void SourcePointDescriptor::ReadBalloonData(ReadBalloonDataMode mode)
         }
     }
     // Never read alongside a background read of the same point.
-    if (m_backgroundRead.isRunning())
-        m_backgroundRead.waitForFinished();
+    WaitForBackgroundRead();
     if (m_tableCount.load(std::memory_order_acquire) == 0)
         ReadBalloonDataFromMap();
+}
+
+void SourcePointDescriptor::WaitForBackgroundRead()
+{
+    if (m_backgroundRead.isRunning())
+        m_backgroundRead.waitForFinished();
+    // Pairs with the worker's last store, so that everything it wrote is visible here (Qt's own
+    // waiting synchronises too, but not in a way every race detector can see).
+    m_backgroundReadDone.load(std::memory_order_acquire);
 }
 
 void SourcePointDescriptor::ReadBalloonDataFromMap()
@@ -272,21 +343,21 @@ DspChannelDescriptor *SourcePointDescriptor::GetDspChannelDescriptor(const QStri
 
 QList<int> SourcePointDescriptor::GetSpeakerIds()
 {
-    return {};
+    DspChannelDescriptor *channel = m_dspChannels.value(DefaultAmplifier, nullptr);
+    return channel ? channel->GetSpeakerIds() : QList<int>();
 }
 
 QString SourcePointDescriptor::GetSwitchDescription(int switchId, Tolvane::Mounting mounting)
 {
-    Q_UNUSED(switchId)
-    Q_UNUSED(mounting)
-    return {};
+    DspChannelDescriptor *channel = m_dspChannels.value(DefaultAmplifier, nullptr);
+    return channel ? channel->GetSwitchDescription(channel->GetDefaultLoudspeakerSetupKey(mounting), switchId) : QString();
 }
 
 QMap<int, QString> SourcePointDescriptor::GetSwitchValues(int switchId, Tolvane::Mounting mounting)
 {
-    Q_UNUSED(switchId)
-    Q_UNUSED(mounting)
-    return {};
+    DspChannelDescriptor *channel = m_dspChannels.value(DefaultAmplifier, nullptr);
+    return channel ? channel->GetSwitchValues(channel->GetDefaultLoudspeakerSetupKey(mounting), switchId)
+                   : QMap<int, QString>();
 }
 
 int SourcePointDescriptor::GetNH() const
@@ -350,16 +421,7 @@ std::shared_ptr<const nvScientificComputing::IBalloon> SourcePointDescriptor::Ge
 
 const SourcePointDescriptor::Table *SourcePointDescriptor::ChooseTable(const QString &key, bool flushMount) const
 {
-    const std::vector<Table> &tables = flushMount && m_fileHasFlushMount ? m_flushTables : m_tables;
-    if (tables.empty())
-        return nullptr;
-    if (tables.size() > 1) {
-        for (const Table &table : tables) {
-            if (table.key == key)
-                return &table;
-        }
-    }
-    return &tables.front();
+    return chooseTable(flushMount && m_fileHasFlushMount ? m_flushTables : m_tables, key);
 }
 
 const std::complex<float> *SourcePointDescriptor::GetRawBalloonData(const QString &key, bool flushMount) const
@@ -380,63 +442,39 @@ double SourcePointDescriptor::GetPhiWithNormalAngle(double phi) const
     return phi;
 }
 
-double SourcePointDescriptor::CalculatePhiIndex(double phi, bool flushMount) const
-{
-    if (flushMount && m_fileHasFlushMount) {
-        double p = std::fmod(phi, 360.0);
-        if (p < 0)
-            p += 360.0;
-        if (std::abs(p - 90.0) < 0.1)
-            return 0.0;
-        if (std::abs(p - 270.0) < 0.1)
-            return 1.0;
-        return 0.0;
-    }
-    return BalloonFileReader::PhiIndex(phi, m_symmetryValue, m_phiStepWidth);
-}
-
-qint64 SourcePointDescriptor::CalculateInterpolationIndex(double value, double &fraction)
-{
-    double integral;
-    const double r = std::modf(value, &integral);
-    const qint64 i = saturatedIndex(integral);
-    // On a grid line above the first, take the upper edge of the cell below.
-    if (r == 0.0 && i > 0) {
-        fraction = 1.0;
-        return i - 1;
-    }
-    fraction = r;
-    return i;
-}
-
-int SourcePointDescriptor::FrequencyIndex(double frequency) const
-{
-    return BalloonFrequencyIndex::Find(m_frequencies.constData(), m_frequencies.size(), m_frequenciesSorted, frequency);
-}
-
 Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequency, double theta, double phi,
                                               bool flushMount)
 {
-    if (!IsBalloonDataLoaded())
+    if (!m_balloonDataLoaded.load(std::memory_order_acquire))
         return Complex(0.0, 0.0);
-    return GetBalloonDataAtIndex(key, FrequencyIndex(frequency), theta, phi, flushMount);
+    return GetBalloonDataAtIndex(
+        key, BalloonFrequencyIndex::Find(m_frequencies.constData(), m_frequencies.size(), m_frequenciesSorted, frequency),
+        theta, phi, flushMount);
 }
 
 Complex SourcePointDescriptor::GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi,
                                                      bool flushMount) const
 {
-    if (!IsBalloonDataLoaded())
+    if (!m_balloonDataLoaded.load(std::memory_order_acquire))
         return Complex(0.0, 0.0);
 
+    // The private helpers are inlined here: this runs per frequency, direction and source point.
+    if (m_hasNormalAngle) {
+        phi += m_normalAngle;
+        if (phi > 360.0)
+            phi -= 360.0;
+    }
+    const bool flush = flushMount && m_fileHasFlushMount;
     double tf;
     double pf;
-    const qint64 t = CalculateInterpolationIndex(theta / m_thetaStepWidth, tf);
-    const qint64 p = CalculateInterpolationIndex(CalculatePhiIndex(GetPhiWithNormalAngle(phi), flushMount), pf);
+    const qint64 t = interpolationIndex(theta / m_thetaStepWidth, tf);
+    const qint64 p = interpolationIndex(
+        flush ? flushMountColumn(phi) : BalloonFileReader::PhiIndex(phi, m_symmetryValue, m_phiStepWidth), pf);
 
-    const Table *table = ChooseTable(key, flushMount);
+    const Table *table = chooseTable(flush ? m_flushTables : m_tables, key);
     const std::complex<float> *data = table ? table->values.data() : nullptr;
     const qint64 size = table ? qint64(table->values.size()) : 0;
-    const qint64 stride = flushMount && m_fileHasFlushMount ? 2 : m_nv;
+    const qint64 stride = flush ? 2 : m_nv;
 
     // Checked on the flat index only, as a vector's at() would: a row past the end of one
     // frequency reads the next frequency.
@@ -448,6 +486,13 @@ Complex SourcePointDescriptor::GetBalloonDataAtIndex(const QString &key, int fre
             throw std::out_of_range("invalid vector subscript");
         return Complex(data[flat]);
     };
+
+    // Two table rows are read; start fetching the second before the first arrives.
+    qint64 first;
+    if (tf > 0 && !__builtin_mul_overflow(qint64(frequencyIndex), qint64(m_nh), &first)
+        && !__builtin_add_overflow(first, t + 1, &first) && !__builtin_mul_overflow(first, stride, &first)
+        && !__builtin_add_overflow(first, p, &first) && first >= 0 && first < size)
+        __builtin_prefetch(data + first);
 
     const double weights[4] = { (1 - tf) * (1 - pf), (1 - tf) * pf, tf * (1 - pf), tf * pf };
     Complex sum(0.0, 0.0);

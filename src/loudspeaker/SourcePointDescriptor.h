@@ -106,11 +106,9 @@ private:
     };
 
     void ReadBalloonDataFromMap();
+    void WaitForBackgroundRead();
     bool ReadBalloonFile(const QString &key, const QString &path);
     Complex GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi, bool flushMount) const;
-    int FrequencyIndex(double frequency) const;
-    double CalculatePhiIndex(double phi, bool flushMount) const;
-    static qint64 CalculateInterpolationIndex(double value, double &fraction);
     const Table *ChooseTable(const QString &key, bool flushMount) const;
 
     QString m_name;
@@ -143,4 +141,5 @@ private:
     QMap<QString, QString> m_balloonFileNames;
     std::atomic<bool> m_balloonDataLoaded{false};
     QFuture<void> m_backgroundRead;
+    std::atomic<bool> m_backgroundReadDone{true};
 };
