@@ -38,11 +38,19 @@
 
 // Loudspeakers
 #include "LoudspeakerDescriptor.h"
+#include "SourcePointDescriptor.h"
 
 // Controller setups and filters
+#include "BiquadData.h"
+#include "CouplingFilterProvider.h"
+#include "DspChannelDescriptor.h"
+#include "DspChannelDescriptor_Interface.h"
+#include "FilterResponse.h"
+#include "LoudspeakerSetup.h"
 
 // Cabinet shapes
 #include "CabinetShapeCreator.h"
 
 // Rigging hardware
 #include "RiggingHardwareDescriptor.h"
+#include "RiggingObject_Abstract.h"

@@ -2,9 +2,69 @@
 #include "RiggingHardwareDescriptor.h"
 
 #include "JsonFileLoader.h"
+#include "LoudspeakerDescriptor.h"
+#include "RiggingOutline_p.h"
+
+#include <algorithm>
+
+namespace {
+constexpr double MillimetresPerMetre = 1000.0;
+
+const QString DefaultKey = QStringLiteral("default");
+
+double millimetres(const QVariantMap &map, const QString &key, double defaultValue = 0.0)
+{
+    return map.value(key, defaultValue).toDouble() / MillimetresPerMetre;
+}
+
+QMap<QString, Point> pointMap(const QVariantMap &file, const QString &key)
+{
+    return Point::fromVariantMap(file.value(key).toMap());
+}
+
+/// The first of `keys` that `points` holds, else the zero point.
+Point firstHeld(const QMap<QString, Point> &points, std::initializer_list<QString> keys)
+{
+    for (const QString &key : keys) {
+        const auto it = points.constFind(key);
+        if (it != points.cend())
+            return *it;
+    }
+    return Point();
+}
+
+/// One corner entry of "mechanicalConnectionPoints": a point itself, or points by name and mounting.
+Point resolveCorner(const QVariant &entry, const QString &mountingText, const QString &name)
+{
+    const QVariantMap corner = entry.toMap();
+    if (corner.contains(QStringLiteral("x")))
+        return Point::fromVariant(entry);
+    if (corner.contains(name))
+        return Point::fromVariant(corner.value(name));
+    const QString mountingDefault = QStringLiteral("%1_default").arg(mountingText);
+    if (corner.contains(mountingDefault))
+        return Point::fromVariant(corner.value(mountingDefault));
+    return Point::fromVariant(corner.value(DefaultKey));
+}
+
+bool isNumber(const QVariant &value)
+{
+    switch (value.metaType().id()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+        return true;
+    default:
+        return false;
+    }
+}
+} // namespace
 
 RiggingHardwareDescriptor::RiggingHardwareDescriptor(const QString &filePath, QObject *parent)
     : QObject(parent)
+    , m_compressionSet(QVariantMap())
 {
     if (!filePath.isEmpty())
         ReadDescriptorFile(filePath);
@@ -15,11 +75,457 @@ RiggingHardwareDescriptor::~RiggingHardwareDescriptor() = default;
 bool RiggingHardwareDescriptor::ReadDescriptorFile(const QString &filePath)
 {
     const QVariantMap file = LoadJsonFile(filePath);
-    m_name = file.value(QStringLiteral("name")).toString();
+
+    m_dataApproved = file.value(QStringLiteral("dataApproved"), true).toBool();
+    m_name = file.value(QStringLiteral("name"), QString()).toString();
+    m_partNumber = file.value(QStringLiteral("partNumber"), QString()).toString();
+    m_partNumberAppendix = file.value(QStringLiteral("partNumberAppendix"), QStringLiteral(".000")).toString();
+    m_displayName = file.value(QStringLiteral("displayName"), m_name).toString();
+    m_shackleHeight = millimetres(file, QStringLiteral("shackleHeight"));
+    m_pickpointDistance = millimetres(file, QStringLiteral("pickpointDistance"));
+    m_loadAdapterXPinholes = millimetres(file, QStringLiteral("loadAdapterXPinholes"));
+    m_loadAdapterResolution = millimetres(file, QStringLiteral("loadAdapterResolution"), 1000.0);
+    m_shackleHoleOffset = Point(millimetres(file, QStringLiteral("shackleHoleOffset")), 0.0, 0.0);
+    m_canUseArraySight = file.value(QStringLiteral("canUseArraySight"), false).toBool();
+    m_supportsPullback = file.value(QStringLiteral("supportsPullback"), false).toBool();
+    m_mountingPoints = pointMap(file, QStringLiteral("mountingPoint"));
+    m_compressionSet = file.value(QStringLiteral("compressionSet")).toMap();
+    m_maximumLoad = file.value(QStringLiteral("maximumLoad"), 1000.0).toDouble();
+    m_maximumLoadSinglePickpoint = file.value(QStringLiteral("maximumLoadSinglePickpoint"), 1000.0).toDouble();
+
+    // The outlines are built here, from the file itself: the keys below are not read yet.
+    ReadCabinet(file.value(QStringLiteral("cabinet")).toMap());
+    CreateShape(file);
+
+    m_connectionPoints = pointMap(file, QStringLiteral("connectionPoint"));
+    m_connectionPointOffsets = pointMap(file, QStringLiteral("connectionPointOffsets"));
+    m_mechanicalConnectionPoints = file.value(QStringLiteral("mechanicalConnectionPoints")).toMap();
+    m_frontLink = file.value(QStringLiteral("frontLink"));
+    m_centerOfGravity = pointMap(file, QStringLiteral("centerOfGravity"));
+    m_pickPoints = file.value(QStringLiteral("pickPoints")).toMap();
+    m_compressionPullPoint = pointMap(file, QStringLiteral("compressionPullPoint"));
+    m_loadBeamTypes = file.value(QStringLiteral("loadBeamTypes")).toMap();
+    m_loadBeamCategoryDisplayName = file.value(QStringLiteral("loadBeamCategoryDisplayName"), QStringLiteral("Load beam")).toString();
+    m_automaticMountingDirectionCalculation = file.value(QStringLiteral("automaticMountingDirectionCalculation"), QString()).toBool();
+    m_mountingDirection = file.value(QStringLiteral("mountingDirection")).toMap();
     return true;
+}
+
+bool RiggingHardwareDescriptor::ReadCabinet(const QVariantMap &cabinet)
+{
+    const QVariant width = cabinet.value(QStringLiteral("width"), 0);
+    const QVariant height = cabinet.value(QStringLiteral("height"), 0);
+    const QVariant depth = cabinet.value(QStringLiteral("depth"), 0);
+    m_size = Size(width.toDouble() / MillimetresPerMetre, height.toDouble() / MillimetresPerMetre, depth.toDouble() / MillimetresPerMetre);
+    m_outriggersBoundaryMaxSize = Size(cabinet.value(QStringLiteral("outriggersBoundaryMaxWidth"), width).toDouble() / MillimetresPerMetre,
+                                       cabinet.value(QStringLiteral("outriggersBoundaryMaxHeight"), height).toDouble() / MillimetresPerMetre,
+                                       cabinet.value(QStringLiteral("outriggersBoundaryMaxDepth"), depth).toDouble() / MillimetresPerMetre);
+    m_weight = cabinet.value(QStringLiteral("weight"), 0).toDouble();
+    m_minimumTiltAngle = cabinet.value(QStringLiteral("tilt, min"), 0).toDouble();
+    m_maximumTiltAngle = cabinet.value(QStringLiteral("tilt, max"), 0).toDouble();
+    m_tiltAngleStepWidth = cabinet.value(QStringLiteral("tilt, stepwidth"), 0).toDouble();
+    m_triangulated3dView = cabinet.value(QStringLiteral("3D_triangulated"), false).toBool();
+    return true;
+}
+
+Point RiggingHardwareDescriptor::ReadFrameReferencePoint(const QVariantMap &mechanicalConnectionPoints)
+{
+    const QVariant entry = mechanicalConnectionPoints.value(QStringLiteral("front, top"));
+    const QVariantMap frontTop = entry.toMap();
+    if (frontTop.contains(QStringLiteral("x")))
+        return Point::fromVariant(entry);
+    if (frontTop.contains(QStringLiteral("flown_default")))
+        return Point::fromVariant(frontTop.value(QStringLiteral("flown_default")));
+    return Point::fromVariant(frontTop.value(DefaultKey));
+}
+
+RiggingHardwareDescriptor::LoadBeamData RiggingHardwareDescriptor::ReadLoadBeamData(const QVariantMap &loadBeamType, const Point &frameReference)
+{
+    LoadBeamData data;
+    data.width = millimetres(loadBeamType, QStringLiteral("width"));
+    data.height = millimetres(loadBeamType, QStringLiteral("height"));
+    data.length = millimetres(loadBeamType, QStringLiteral("length"));
+    data.weight = loadBeamType.value(QStringLiteral("weight")).toDouble() / MillimetresPerMetre;
+    data.profileWidth = millimetres(loadBeamType, QStringLiteral("profileWidth"));
+    data.profileLength = millimetres(loadBeamType, QStringLiteral("profileLength"));
+    data.profileHeight = millimetres(loadBeamType, QStringLiteral("profileHeight"));
+    data.profileBeamIntersection = Point::fromVariant(loadBeamType.value(QStringLiteral("profileBeamIntersection")));
+    const QVariantMap positions = loadBeamType.value(QStringLiteral("loadBeamPositions")).toMap();
+    for (auto it = positions.cbegin(); it != positions.cend(); ++it) {
+        const QVariantMap connectionPoints = it.value().toMap().value(QStringLiteral("mechanicalConnectionPoints")).toMap();
+        data.positions.insert(it.key(), Point::fromVariant(connectionPoints.value(QStringLiteral("front"))) - frameReference);
+    }
+    return data;
+}
+
+/*
+ * Frame outline. "Arbitrary" frames are drawn by the file ("views" of the cabinet block, or of
+ * the file when the block has none), views with a mounting suffix included. A block with any
+ * of the frame-outline keys becomes a ladder frame of bars (see RiggingOutline::FrameBoxes).
+ * Any other shape name goes to the cabinet shape creator; without one, a frame that has a size
+ * is drawn as a plain box of that size.
+ *
+ * Load beams. For every type and position a load beam outline is added under
+ * "3D_<type>_<position>", "top_<type>_<position>" and "side_<type>_<position>", placed at the
+ * position's front connection point (frame reference point plus the stored position).
+ */
+bool RiggingHardwareDescriptor::CreateShape(const QVariantMap &file)
+{
+    const QVariantMap cabinet = file.value(QStringLiteral("cabinet")).toMap();
+
+    m_views.clear();
+    if (RiggingOutline::HasFrameOutlineKeys(cabinet))
+        m_views = RiggingOutline::BoxViews(RiggingOutline::FrameBoxes(cabinet, m_size));
+    UpdateFrameViewPoints();
+
+    m_loadBeamFrontPoints.clear();
+    const Point frameReference = ReadFrameReferencePoint(file.value(QStringLiteral("mechanicalConnectionPoints")).toMap());
+    const QVariantMap loadBeamTypes = file.value(QStringLiteral("loadBeamTypes")).toMap();
+    for (auto type = loadBeamTypes.cbegin(); type != loadBeamTypes.cend(); ++type) {
+        const LoadBeamData loadBeam = ReadLoadBeamData(type.value().toMap(), frameReference);
+        const bool hangsOnProfile = loadBeam.profileHeight > 0.0 && loadBeam.profileLength > 0.0;
+        for (auto position = loadBeam.positions.cbegin(); position != loadBeam.positions.cend(); ++position) {
+            const Point pin = frameReference + *position;
+            Point frontEnd = pin;
+            const QMap<QString, QList<Point>> outline = hangsOnProfile ? CreateShapeTriangleWithLoadBeam(loadBeam, pin, frontEnd)
+                                                                       : CreateShapeLoadBeam(loadBeam, pin);
+            for (auto view = outline.cbegin(); view != outline.cend(); ++view)
+                m_views.insert(QStringLiteral("%1_%2_%3").arg(view.key(), type.key(), position.key()), view.value());
+            frontEnd.SetName(QString());
+            m_loadBeamFrontPoints[type.key()].insert(position.key(), frontEnd);
+        }
+    }
+    return true;
+}
+
+/*
+ * A frame that supports pullback also hangs upside down under an array: its pullback outlines
+ * are the frame views turned over within the frame's height, unless the file draws them.
+ */
+void RiggingHardwareDescriptor::UpdateFrameViewPoints()
+{
+    if (!m_supportsPullback)
+        return;
+    const QString suffix = QStringLiteral("_pullback");
+    const double height = m_size.height();
+    // "3D_triangulated" frames draw their 3D view as triangles, the others as quads.
+    const int faceCorners = m_triangulated3dView ? 3 : 4;
+    const auto derive = [&](const QString &key, int corners) {
+        if (m_views.contains(key) && !m_views.contains(key + suffix))
+            m_views.insert(key + suffix, corners < 0 ? m_views.value(key) : RiggingOutline::Flipped(m_views.value(key), height, corners));
+    };
+    derive(QStringLiteral("3D"), faceCorners);
+    derive(QStringLiteral("side"), 0);
+    derive(QStringLiteral("top"), -1);
+}
+
+/*
+ * A load beam on its own: a box `length` long behind its front end, `width` wide and `height`
+ * high above it. The front end is the bottom centre of the beam's front face.
+ */
+QMap<QString, QList<Point>> RiggingHardwareDescriptor::CreateShapeLoadBeam(const LoadBeamData &loadBeam, const Point &frontEnd)
+{
+    const double halfWidth = loadBeam.width * 0.5;
+    const RiggingOutline::Box beam{frontEnd.x() - loadBeam.length, frontEnd.x(), frontEnd.y() - halfWidth, frontEnd.y() + halfWidth,
+                                   frontEnd.z(), frontEnd.z() + loadBeam.height};
+    QList<Point> top;
+    for (const Point &corner : RiggingOutline::BoxTopFace(beam))
+        top.append(Point(corner.x(), corner.y(), 0.0));
+    return {
+        {QStringLiteral("3D"), RiggingOutline::BoxFaces(beam)},
+        {QStringLiteral("top"), top},
+        {QStringLiteral("side"), RiggingOutline::SideSilhouette({beam})},
+    };
+}
+
+/*
+ * A load beam hung on a triangular profile, seen from the side (X forwards = right):
+ *
+ *     +----------------------------------------+   beam top
+ *     |                 beam                   |
+ *     +------------------+=======+-------------+   beam underside, profileHeight above the pin
+ *                         \  i  /                  i: where the profile meets the beam, at
+ *                          \   /                      profileBeamIntersection from the beam's front end
+ *                           \ /                    base: profileLength along the beam (kept on it)
+ *                            o pin                 thickness: profileWidth (the beam's width if 0)
+ *
+ * The pin is the position's front connection point; i lies straight above it. The profile's
+ * z is taken from the beam underside, so only x and y of profileBeamIntersection count.
+ */
+QMap<QString, QList<Point>> RiggingHardwareDescriptor::CreateShapeTriangleWithLoadBeam(const LoadBeamData &loadBeam, const Point &pin, Point &frontEnd)
+{
+    const Point intersection(pin.x(), pin.y(), pin.z() + loadBeam.profileHeight);
+    frontEnd = Point(intersection.x() - loadBeam.profileBeamIntersection.x(), intersection.y() - loadBeam.profileBeamIntersection.y(), intersection.z());
+    QMap<QString, QList<Point>> views = CreateShapeLoadBeam(loadBeam, frontEnd);
+
+    const double beamRear = frontEnd.x() - loadBeam.length;
+    const double baseFront = std::clamp(intersection.x() + loadBeam.profileLength * 0.5, beamRear, frontEnd.x());
+    const double baseRear = std::clamp(intersection.x() - loadBeam.profileLength * 0.5, beamRear, frontEnd.x());
+    const double halfThickness = (loadBeam.profileWidth > 0.0 ? loadBeam.profileWidth : loadBeam.width) * 0.5;
+    const double right = intersection.y() - halfThickness;
+    const double left = intersection.y() + halfThickness;
+    const double baseZ = intersection.z();
+
+    // The two triangular faces are quads whose last corner repeats the pin; the slanted faces
+    // run from the base edges down to the pin's edge. Corners run counter-clockwise seen from outside.
+    const Point pinRight(pin.x(), right, pin.z());
+    const Point pinLeft(pin.x(), left, pin.z());
+    views[QStringLiteral("3D")] += {
+        Point(baseFront, right, baseZ), Point(baseRear, right, baseZ), pinRight, pinRight,
+        Point(baseRear, left, baseZ), Point(baseFront, left, baseZ), pinLeft, pinLeft,
+        Point(baseFront, left, baseZ), Point(baseFront, right, baseZ), pinRight, pinLeft,
+        Point(baseRear, left, baseZ), pinLeft, pinRight, Point(baseRear, right, baseZ),
+    };
+
+    // Side: the beam's outline with the profile hanging from its underside, one polygon.
+    const double beamTop = frontEnd.z() + loadBeam.height;
+    QList<Point> side;
+    const auto add = [&side](double x, double z) {
+        const Point p(x, 0.0, z);
+        if (side.isEmpty() || side.last() != p)
+            side.append(p);
+    };
+    add(frontEnd.x(), beamTop);
+    add(beamRear, beamTop);
+    add(beamRear, baseZ);
+    add(baseRear, baseZ);
+    add(pin.x(), pin.z());
+    add(baseFront, baseZ);
+    add(frontEnd.x(), baseZ);
+    views.insert(QStringLiteral("side"), side);
+    return views;
+}
+
+void RiggingHardwareDescriptor::ExtractViewKeys(const QMap<QString, QList<Point>> &views, QString &key3D, QString &keySide, QString &keyTop)
+{
+    const auto pick = [&views](QString &key, const QString &base) {
+        const QString flown = base + QStringLiteral("_flown");
+        if (views.contains(flown))
+            key = flown;
+        else if (views.contains(base))
+            key = base;
+    };
+    pick(key3D, QStringLiteral("3D"));
+    pick(keySide, QStringLiteral("side"));
+    pick(keyTop, QStringLiteral("top"));
+}
+
+bool RiggingHardwareDescriptor::IsDataApproved() const
+{
+    return m_dataApproved;
 }
 
 QString RiggingHardwareDescriptor::GetName()
 {
     return m_name;
+}
+
+QVariant RiggingHardwareDescriptor::GetPickPointsMap()
+{
+    return m_pickPoints;
+}
+
+double RiggingHardwareDescriptor::GetShackleHeight() const
+{
+    return m_shackleHeight;
+}
+
+double RiggingHardwareDescriptor::GetPickpointDistance() const
+{
+    return m_pickpointDistance;
+}
+
+double RiggingHardwareDescriptor::GetLoadAdapterXPinholes() const
+{
+    return m_loadAdapterXPinholes;
+}
+
+double RiggingHardwareDescriptor::GetLoadAdapterResolution() const
+{
+    return m_loadAdapterResolution;
+}
+
+double RiggingHardwareDescriptor::GetWeight() const
+{
+    return m_weight;
+}
+
+Size RiggingHardwareDescriptor::GetSize()
+{
+    return m_size;
+}
+
+Size RiggingHardwareDescriptor::GetOutriggersBoundaryMaxSize()
+{
+    return m_outriggersBoundaryMaxSize;
+}
+
+Point RiggingHardwareDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)
+{
+    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
+    return firstHeld(m_mountingPoints,
+                     {QStringLiteral("%1_%2").arg(text, name), name, QStringLiteral("%1_default").arg(text), text, DefaultKey});
+}
+
+QVariant RiggingHardwareDescriptor::GetCompressionPullPointMap()
+{
+    return QVariant::fromValue(m_compressionPullPoint);
+}
+
+Point RiggingHardwareDescriptor::GetCenterOfGravity()
+{
+    const auto standard = m_centerOfGravity.constFind(QStringLiteral("standard"));
+    if (standard != m_centerOfGravity.cend())
+        return *standard;
+    for (auto type = m_loadBeamTypes.cbegin(); type != m_loadBeamTypes.cend(); ++type) {
+        const QVariantMap positions = type.value().toMap().value(QStringLiteral("loadBeamPositions")).toMap();
+        for (auto position = positions.cbegin(); position != positions.cend(); ++position) {
+            const auto it = m_centerOfGravity.constFind(type.key() + QLatin1Char('_') + position.key());
+            if (it != m_centerOfGravity.cend())
+                return *it;
+        }
+    }
+    return m_centerOfGravity.value(DefaultKey);
+}
+
+QVariant RiggingHardwareDescriptor::GetCenterOfGravityMap()
+{
+    return QVariant::fromValue(m_centerOfGravity);
+}
+
+Point RiggingHardwareDescriptor::GetShackleHoleOffset()
+{
+    return m_shackleHoleOffset;
+}
+
+QMap<Tolvane::MechanicalConnectionPoint, Point> RiggingHardwareDescriptor::GetMechanicalConnectionPoints(Tolvane::Mounting mounting, const QString &name)
+{
+    static const QString corners[] = {QStringLiteral("front, top"), QStringLiteral("rear, top"), QStringLiteral("rear, bottom"),
+                                      QStringLiteral("front, bottom")};
+    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
+    const QString compression = QStringLiteral(", compression");
+
+    QMap<Tolvane::MechanicalConnectionPoint, Point> points;
+    for (int i = 0; i < 8; ++i)
+        points.insert(static_cast<Tolvane::MechanicalConnectionPoint>(i), Point());
+    for (int i = 0; i < 4; ++i) {
+        points.insert(static_cast<Tolvane::MechanicalConnectionPoint>(i),
+                      resolveCorner(m_mechanicalConnectionPoints.value(corners[i]), text, name));
+        const auto compressed = m_mechanicalConnectionPoints.constFind(corners[i] + compression);
+        if (compressed != m_mechanicalConnectionPoints.cend())
+            points.insert(static_cast<Tolvane::MechanicalConnectionPoint>(i + 4), resolveCorner(*compressed, text, name));
+    }
+    return points;
+}
+
+Point RiggingHardwareDescriptor::GetConnectionPoint(Tolvane::Mounting mounting, const QString &name)
+{
+    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
+    return firstHeld(m_connectionPoints, {QStringLiteral("%1_%2").arg(text, name), QStringLiteral("%1_default").arg(text), text, DefaultKey});
+}
+
+Point RiggingHardwareDescriptor::GetConnectionPointOffset(double value)
+{
+    return firstHeld(m_connectionPointOffsets, {QString::number(value, 'f', 1), DefaultKey});
+}
+
+QVariant RiggingHardwareDescriptor::GetViews()
+{
+    return QVariant::fromValue(m_views);
+}
+
+QString RiggingHardwareDescriptor::GetPartNumber(bool withAppendix)
+{
+    return withAppendix ? m_partNumber + m_partNumberAppendix : m_partNumber;
+}
+
+QString RiggingHardwareDescriptor::GetDisplayName()
+{
+    return m_displayName;
+}
+
+QVariant RiggingHardwareDescriptor::GetFrontMechanicalConnectionPointDescriptor()
+{
+    return m_frontLink;
+}
+
+bool RiggingHardwareDescriptor::GetAutomaticMountingDirectionCalculation() const
+{
+    return m_automaticMountingDirectionCalculation;
+}
+
+QString RiggingHardwareDescriptor::GetMountingDirection(int pickPoint)
+{
+    const QString singlePickPoint = QStringLiteral("singlePickPoint");
+    for (auto it = m_mountingDirection.cbegin(); it != m_mountingDirection.cend(); ++it) {
+        const QVariantMap direction = it.value().toMap();
+        if (!direction.contains(singlePickPoint))
+            return it.key();
+        const QVariantList pickPoints = direction.value(singlePickPoint).toList();
+        const bool serves = std::any_of(pickPoints.cbegin(), pickPoints.cend(),
+                                        [pickPoint](const QVariant &v) { return isNumber(v) && v.toDouble() == pickPoint; });
+        if (serves)
+            return it.key();
+    }
+    return QString();
+}
+
+QVariant RiggingHardwareDescriptor::GetLoadBeamTypesMap()
+{
+    return m_loadBeamTypes;
+}
+
+QVariant RiggingHardwareDescriptor::GetCompressionSetMap()
+{
+    return m_compressionSet;
+}
+
+bool RiggingHardwareDescriptor::CanUseArraySight() const
+{
+    return m_canUseArraySight;
+}
+
+double RiggingHardwareDescriptor::GetMinimumTiltAngle() const
+{
+    return m_minimumTiltAngle;
+}
+
+double RiggingHardwareDescriptor::GetMaximumTiltAngle() const
+{
+    return m_maximumTiltAngle;
+}
+
+double RiggingHardwareDescriptor::GetTiltAngleStepWidth() const
+{
+    return m_tiltAngleStepWidth;
+}
+
+bool RiggingHardwareDescriptor::HasTriangulated3dView() const
+{
+    return m_triangulated3dView;
+}
+
+double RiggingHardwareDescriptor::GetMaximumLoad() const
+{
+    return m_maximumLoad;
+}
+
+bool RiggingHardwareDescriptor::HasLoadBeam() const
+{
+    return !m_loadBeamTypes.isEmpty();
+}
+
+QString RiggingHardwareDescriptor::GetLoadBeamCategoryDisplayName()
+{
+    return m_loadBeamCategoryDisplayName;
+}
+
+double RiggingHardwareDescriptor::GetMaximumLoadSinglePickpoint() const
+{
+    return m_maximumLoadSinglePickpoint;
+}
+
+double RiggingHardwareDescriptor::GetLoadBeamFrontOffset(const QString &loadBeamType, const QString &position) const
+{
+    return m_loadBeamFrontPoints.value(loadBeamType).value(position).x();
 }

@@ -62,9 +62,9 @@ public:
     RiggingHardwareDescriptorProvider *GetRiggingHardwareDescriptorProvider() const;
 
     /**
-     * Unloads and forgets every plugin and resets the balloon read mode. The registries
-     * keep their entries, but descriptors owned by unloaded plugins are destroyed with
-     * their root objects: the host must not use those pointers afterwards.
+     * Unloads and forgets every plugin and resets the balloon read mode. The registries are
+     * not emptied, but descriptors owned by an unloaded plugin are destroyed with its root
+     * object: their entries then read as null, and a reloaded plugin can register again.
      */
     void Clear();
 

@@ -6,12 +6,16 @@
 #include <QFlags>
 #include <QObject>
 
-/// The shared vocabulary of the SDK and its plugins. Values are fixed: plugins store them.
+/**
+ * The shared vocabulary of the SDK and its plugins. Values are fixed: plugins and data
+ * files store them. Every enumeration has int as its underlying type, so any integer read
+ * from a file is a valid value (unknown ones fall to the documented defaults).
+ */
 namespace Tolvane {
 Q_NAMESPACE_EXPORT(NVLPS_EXPORT)
 
 /// How a cabinet is mounted. The order of values is fixed (install and pullback come last).
-enum Mounting {
+enum Mounting : int {
     Invalid = -1,
     Flown = 0,
     Stacked = 1,
@@ -24,7 +28,7 @@ enum Mounting {
 Q_ENUM_NS(Mounting)
 
 /// Loudspeaker type bits; see LoudspeakerDescriptor::GetType().
-enum LoudspeakerTypeFlag {
+enum LoudspeakerTypeFlag : int {
     NarrowDispersion = 0x0001,
     WideDispersion = 0x0010,
     Sub = 0x0100,
@@ -38,7 +42,7 @@ Q_FLAG_NS(LoudspeakerTypeFlags)
  * Groups in which the plugin provider sorts the loaded series. Every plugin is filed in
  * groups 1 to 4; AllSources is the catch-all, and requests for 0 and 5 are served from it.
  */
-enum SourceGroupType {
+enum SourceGroupType : int {
     UndefinedSources = 0,
     LineArraySources = 1,
     PointSources = 2,
@@ -49,7 +53,7 @@ enum SourceGroupType {
 Q_ENUM_NS(SourceGroupType)
 
 /// How a sub-array that mixes models is filtered ("mixedSubArrayFilterMode"; -1 when absent).
-enum MixedSubArrayFilterMode {
+enum MixedSubArrayFilterMode : int {
     MixedSubArrayFilterUndefined = -1,
     MixedSubArrayFilterNone = 0,
     MixedSubArrayFilterLowPass = 1,
@@ -58,7 +62,7 @@ enum MixedSubArrayFilterMode {
 Q_ENUM_NS(MixedSubArrayFilterMode)
 
 /// The four cabinet or frame corners that link to neighbours, and the same under compression.
-enum MechanicalConnectionPoint {
+enum MechanicalConnectionPoint : int {
     FrontTop = 0,
     RearTop = 1,
     RearBottom = 2,
@@ -71,7 +75,7 @@ enum MechanicalConnectionPoint {
 Q_ENUM_NS(MechanicalConnectionPoint)
 
 /// Which part of the sphere a balloon file stores.
-enum LoudspeakerSymmetry {
+enum LoudspeakerSymmetry : int {
     NoSymmetry = 0,
     HalfSymmetry = 1,
     HalfSymmetryRotated = 2,
@@ -81,21 +85,21 @@ enum LoudspeakerSymmetry {
 Q_ENUM_NS(LoudspeakerSymmetry)
 
 /// Encoding of magnitudes and phases in a balloon file.
-enum LoudspeakerDataFormat {
+enum LoudspeakerDataFormat : int {
     ByteScaled = 2,
     Double = 20,
 };
 Q_ENUM_NS(LoudspeakerDataFormat)
 
 /// The frequency grid of a transfer function query.
-enum FrequencyRange {
+enum FrequencyRange : int {
     LogarithmicFrequencies = 0, ///< 249 points, 1000 * 2^(k/24) Hz, k = -140 … 108
     LinearFrequencies = 1,      ///< 1025 points, i * 5.859375 Hz
 };
 Q_ENUM_NS(FrequencyRange)
 
 /// Which sensitivity factor a transfer function includes.
-enum SensitivityTypes {
+enum SensitivityTypes : int {
     NoSensitivity = 0,
     Sensitivity = 1,
     ArrayEq = 2,

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "BalloonFileWriter.h"
+
+#include <QMap>
+#include <QString>
+
+#include <cmath>
+
+/*
+ * The balloon files that the source point tests read as resources. The tool
+ * balloonfixtures writes them into the build tree, from where they are compiled in under
+ * "/Resources".
+ *
+ * "linear_*" files store, with phase 0, the modulus k = 1 + 100 f + 10 t + p at frequency
+ * index f, theta index t and phi index p. Bilinear interpolation of a function linear in t and p
+ * is exact, so a lookup anywhere inside the grid must give 1 + 100 f + 10 theta/step + phiIndex.
+ */
+namespace BalloonFixtures {
+
+inline double linearModulus(int f, double t, double p)
+{
+    return 1.0 + 100.0 * f + 10.0 * t + p;
+}
+
+inline BalloonFileWriter linear(qint32 symmetry, qint32 nv, double phiStep)
+{
+    BalloonFileWriter w = BalloonFileWriter::grid({100.0, 200.0, 400.0}, 3, nv, 10.0, phiStep);
+    w.symmetry = symmetry;
+    for (int f = 0; f < 3; ++f)
+        for (int t = 0; t < 3; ++t)
+            for (int p = 0; p < nv; ++p)
+                w.magnitudes[w.index(f, t, p)] = decibels(linearModulus(f, t, p));
+    return w;
+}
+
+// Four corners of modulus 1 with phases 0 and 180 along phi, 90 and -90 on the second row.
+inline BalloonFileWriter cancelling()
+{
+    BalloonFileWriter w = BalloonFileWriter::grid({1000.0}, 2, 2, 10.0, 10.0);
+    w.phases = {0.0, 180.0, 90.0, -90.0};
+    return w;
+}
+
+// A different grid, byte-scaled: every value 0 dB and 180 degrees except the first
+// (-40 dB, -180 degrees).
+inline BalloonFileWriter wide()
+{
+    BalloonFileWriter w = BalloonFileWriter::grid({1000.0, 2000.0}, 2, 3, 30.0, 120.0);
+    w.magnitudeFormat = 2;
+    w.phaseFormat = 2;
+    w.magnitudeMin = -40.0;
+    w.magnitudeMax = 0.0;
+    w.phaseMin = -180.0;
+    w.phaseMax = 180.0;
+    w.magnitudes.fill(255.0);
+    w.phases.fill(255.0);
+    w.magnitudes[0] = 0.0;
+    w.phases[0] = 0.0;
+    return w;
+}
+
+/*
+ * Flush-mount parameters chosen so that x = [4] / ((f pi / 343) [3]) is 0.5 at 2000 Hz (30 deg)
+ * and 2 at 500 Hz (complex arc sine modulus 117.45 deg); with the offset -100 deg the
+ * attenuation 0.5 applies at 2000 Hz to every theta (t * 30 > -70) and at 500 Hz from 30 deg
+ * on (t * 30 > 17.45). 100 Hz lies below the 300 Hz cut-on.
+ */
+inline BalloonFileWriter flush()
+{
+    BalloonFileWriter w = BalloonFileWriter::grid({100.0, 500.0, 2000.0}, 4, 4, 30.0, 90.0);
+    for (int f = 0; f < 3; ++f)
+        for (int t = 0; t < 4; ++t)
+            for (int p = 0; p < 4; ++p)
+                w.magnitudes[w.index(f, t, p)] = decibels(linearModulus(f, t, p));
+    w.hasFlushMount = 1;
+    w.flushMount[0] = 300.0;
+    w.flushMount[1] = 12345.0; // unused
+    w.flushMount[2] = 0.5;
+    w.flushMount[3] = 0.1;
+    w.flushMount[4] = 0.5 * ((2000.0 * 3.141592653589793 / 343.0) * 0.1);
+    w.flushMount[5] = -100.0;
+    return w;
+}
+
+inline QMap<QString, QByteArray> all()
+{
+    QMap<QString, QByteArray> files;
+    files.insert(QStringLiteral("linear_none.bin"), linear(0, 8, 45.0).toBytes());
+    files.insert(QStringLiteral("linear_half.bin"), linear(1, 5, 45.0).toBytes());
+    files.insert(QStringLiteral("linear_halfrotated.bin"), linear(2, 5, 45.0).toBytes());
+    files.insert(QStringLiteral("linear_quarter.bin"), linear(3, 3, 45.0).toBytes());
+    files.insert(QStringLiteral("linear_rotational.bin"), linear(4, 1, 45.0).toBytes());
+    files.insert(QStringLiteral("cancel.bin"), cancelling().toBytes());
+    files.insert(QStringLiteral("wide.bin"), wide().toBytes());
+    files.insert(QStringLiteral("flush.bin"), flush().toBytes());
+    files.insert(QStringLiteral("empty.bin"), QByteArray());
+
+    BalloonFileWriter negative = BalloonFileWriter::grid({100.0, 200.0}, 3, 4, 10.0, 90.0);
+    negative.nh = -3;
+    files.insert(QStringLiteral("negative.bin"), negative.toBytes());
+
+    // 10^12 declared values in a 200-byte file.
+    BalloonFileWriter absurd;
+    absurd.frequencyCount = 10000;
+    absurd.nh = 10000;
+    absurd.nv = 10000;
+    absurd.magnitudeFormat = 2;
+    absurd.phaseFormat = 2;
+    QByteArray absurdBytes = absurd.toBytes();
+    absurdBytes.append(6, '\x01');
+    files.insert(QStringLiteral("absurd.bin"), absurdBytes);
+
+    BalloonFileWriter zero = BalloonFileWriter::grid({}, 3, 4, 10.0, 90.0);
+    files.insert(QStringLiteral("zero.bin"), zero.toBytes());
+    return files;
+}
+
+} // namespace BalloonFixtures

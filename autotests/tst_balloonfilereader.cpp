@@ -1,0 +1,616 @@
+// SPDX-License-Identifier: MIT
+#include "BalloonFileReader_p.h"
+#include "BalloonFileWriter.h"
+#include "BalloonFrequencyIndex_p.h"
+#include "TestHelpers.h"
+
+#include <QRandomGenerator>
+#include <QtEndian>
+
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+namespace {
+
+constexpr double Pi = 3.141592653589793;
+
+// The plain decoder the fast one must match bit for bit: one value at a time through
+// QDataStream, with pow, cos and sin per value.
+struct PlainDecode {
+    QList<double> frequencies;
+    std::vector<std::complex<float>> table;
+};
+
+double plainValue(QDataStream &in, int format, double min, double max)
+{
+    if (format == 2) {
+        quint8 b;
+        in >> b;
+        return min + (max - min) * b / 255.0;
+    }
+    if (format == 20) {
+        double d;
+        in >> d;
+        return d;
+    }
+    return 0.0;
+}
+
+PlainDecode plainDecode(const QByteArray &bytes)
+{
+    QDataStream in(bytes);
+    in.setByteOrder(QDataStream::LittleEndian);
+    qint32 count, nh, nv, symmetry;
+    double thetaStep, phiStep, magMin, magMax, phaseMin, phaseMax;
+    quint8 magFormat, phaseFormat, hasFlush, reserved;
+    in >> count >> nh >> nv >> thetaStep >> phiStep >> symmetry >> magMin >> magMax >> phaseMin >> phaseMax >> magFormat
+        >> phaseFormat >> hasFlush;
+    double flushMount;
+    for (int i = 0; i < 6; ++i)
+        in >> flushMount; // not needed here
+    for (int i = 0; i < 79; ++i)
+        in >> reserved;
+    PlainDecode result;
+    QList<double> levels;
+    for (int f = 0; f < count; ++f) {
+        double v;
+        in >> v;
+        result.frequencies.append(v);
+    }
+    for (int f = 0; f < count; ++f) {
+        double v;
+        in >> v;
+        levels.append(v);
+    }
+    result.table.resize(std::size_t(qint64(count) * nh * nv));
+    for (int f = 0; f < count; ++f)
+        for (int t = 0; t < nh; ++t)
+            for (int p = 0; p < nv; ++p) {
+                const double magnitude = plainValue(in, magFormat, magMin, magMax);
+                const double phase = plainValue(in, phaseFormat, phaseMin, phaseMax);
+                const double modulus = std::pow(10.0, (magnitude + levels[f]) / 20.0);
+                const double angle = phase * Pi / 180.0;
+                result.table[(std::size_t(f) * nh + t) * nv + p] =
+                    std::complex<float>(float(modulus * std::cos(angle)), float(modulus * std::sin(angle)));
+            }
+    return result;
+}
+
+struct FastDecode {
+    QList<double> frequencies;
+    std::vector<double> levels;
+    std::vector<std::complex<float>> table;
+    std::vector<std::complex<float>> flush;
+};
+
+FastDecode fastDecode(const QByteArray &bytes)
+{
+    BalloonFileReader reader(bytes);
+    FastDecode result;
+    reader.ReadFrequencies(result.frequencies, result.levels);
+    result.table = reader.ReadTable(result.levels);
+    if (reader.header().hasFlushMount)
+        result.flush = reader.BuildFlushMountTable(result.frequencies, result.table);
+    return result;
+}
+
+bool sameBits(const std::vector<std::complex<float>> &a, const std::vector<std::complex<float>> &b)
+{
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(a[0])) == 0);
+}
+
+QByteArray withField(QByteArray bytes, int offset, const QByteArray &value)
+{
+    bytes.replace(offset, value.size(), value);
+    return bytes;
+}
+
+QByteArray int32Bytes(qint32 v)
+{
+    QByteArray b(4, '\0');
+    qToLittleEndian(v, b.data());
+    return b;
+}
+
+QByteArray doubleBytes(double v)
+{
+    QByteArray b(8, '\0');
+    quint64 bits;
+    std::memcpy(&bits, &v, 8);
+    qToLittleEndian(bits, b.data());
+    return b;
+}
+
+BalloonFileWriter randomFile(QRandomGenerator &rng, quint8 magFormat, quint8 phaseFormat)
+{
+    BalloonFileWriter w = BalloonFileWriter::grid({100, 200, 400, 800, 1600}, 3, 7, 10.0, 30.0);
+    w.magnitudeFormat = magFormat;
+    w.phaseFormat = phaseFormat;
+    w.magnitudeMin = -60.0 + rng.bounded(20.0);
+    w.magnitudeMax = rng.bounded(30.0);
+    w.phaseMin = -180.0 - rng.bounded(10.0);
+    w.phaseMax = 180.0 + rng.bounded(10.0);
+    for (double &level : w.levelOffsets)
+        level = rng.bounded(40.0) - 20.0;
+    for (qsizetype i = 0; i < w.magnitudes.size(); ++i) {
+        w.magnitudes[i] = magFormat == 2 ? rng.bounded(256) : rng.bounded(80.0) - 60.0;
+        w.phases[i] = phaseFormat == 2 ? rng.bounded(256) : rng.bounded(720.0) - 360.0;
+    }
+    return w;
+}
+
+// The linear rule, written out: first exact match, else first strictly smaller distance.
+int bruteForceIndex(const QList<double> &v, double q)
+{
+    for (int i = 0; i < v.size(); ++i)
+        if (v[i] == q)
+            return i;
+    int best = -1;
+    double bestDistance = 1e10;
+    for (int i = 0; i < v.size(); ++i) {
+        if (std::abs(v[i] - q) < bestDistance) {
+            bestDistance = std::abs(v[i] - q);
+            best = i;
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+class tst_BalloonFileReader : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnUnexpectedWarnings(); }
+
+    void readValue_data();
+    void readValue();
+    void headerLayout();
+    void tableValues_data();
+    void tableValues();
+    void matchesPlainDecoder_data();
+    void matchesPlainDecoder();
+    void truncationSweep();
+    void corruptField_data();
+    void corruptField();
+    void negativeCountsWithPositiveProduct();
+    void sizeAllowance_data();
+    void sizeAllowance();
+    void phiIndex_data();
+    void phiIndex();
+    void arcSineModulus_data();
+    void arcSineModulus();
+    void frequencyIndex_data();
+    void frequencyIndex();
+    void frequencyIndexRandom();
+};
+
+void tst_BalloonFileReader::readValue_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<double>("expected");
+    QTest::addColumn<int>("consumed");
+
+    QTest::newRow("byte 0 gives the minimum") << 2 << QByteArray(1, '\0') << -30.5 << 1;
+    QTest::newRow("byte 255 gives the maximum") << 2 << QByteArray(1, '\xff') << 12.25 << 1;
+    QTest::newRow("byte 51 is a fifth of the range") << 2 << QByteArray(1, '\x33') << -21.95 << 1;
+    QTest::newRow("double as stored") << 20 << doubleBytes(-1.5) << -1.5 << 8;
+    QTest::newRow("unknown format reads nothing") << 7 << QByteArray("\x01\x02") << 0.0 << 0;
+    QTest::newRow("byte past the end gives the minimum") << 2 << QByteArray() << -30.5 << 0;
+    QTest::newRow("double cut short reads zero") << 20 << QByteArray("\x01\x02\x03") << 0.0 << 3;
+}
+
+void tst_BalloonFileReader::readValue()
+{
+    QFETCH(int, format);
+    QFETCH(QByteArray, bytes);
+    QFETCH(double, expected);
+    QFETCH(int, consumed);
+    QDataStream in(bytes);
+    in.setByteOrder(QDataStream::LittleEndian);
+    const double value = BalloonFileReader::ReadValue(in, Tolvane::LoudspeakerDataFormat(format), -30.5, 12.25);
+    QCOMPARE(value, expected);
+    QCOMPARE(in.device()->pos(), qint64(consumed));
+}
+
+void tst_BalloonFileReader::headerLayout()
+{
+    BalloonFileWriter w = BalloonFileWriter::grid({1234.5}, 1, 1, 5.5, 7.25);
+    w.symmetry = 3;
+    w.magnitudeMin = -11;
+    w.magnitudeMax = 22;
+    w.phaseMin = -33;
+    w.phaseMax = 44;
+    w.hasFlushMount = 0;
+    for (int i = 0; i < 6; ++i)
+        w.flushMount[i] = 100.0 + i;
+    w.reservedFill = 0xAA;
+    w.levelOffsets = {6.0};
+    const QByteArray bytes = w.toBytes();
+    QCOMPARE(bytes.size(), 194 + 16 + 16);
+
+    BalloonFileReader reader(bytes);
+    const BalloonFileReader::Header &h = reader.header();
+    QCOMPARE(h.frequencyCount, 1);
+    QCOMPARE(h.nh, 1);
+    QCOMPARE(h.nv, 1);
+    QCOMPARE(h.thetaStepWidth, 5.5);
+    QCOMPARE(h.phiStepWidth, 7.25);
+    QCOMPARE(h.symmetry, 3);
+    QCOMPARE(h.magnitudeMin, -11.0);
+    QCOMPARE(h.magnitudeMax, 22.0);
+    QCOMPARE(h.phaseMin, -33.0);
+    QCOMPARE(h.phaseMax, 44.0);
+    QCOMPARE(h.magnitudeFormat, quint8(20));
+    QCOMPARE(h.phaseFormat, quint8(20));
+    QCOMPARE(h.hasFlushMount, quint8(0));
+    // The six parameters are there even without flush-mount data.
+    for (int i = 0; i < 6; ++i)
+        QCOMPARE(h.flushMount[i], 100.0 + i);
+
+    QList<double> frequencies;
+    std::vector<double> levels;
+    reader.ReadFrequencies(frequencies, levels);
+    QCOMPARE(frequencies, QList<double>{1234.5});
+    QCOMPARE(levels, std::vector<double>{6.0});
+    const auto table = reader.ReadTable(levels);
+    QCOMPARE(table.size(), std::size_t(1));
+    LPSDK_COMPARE_COMPLEX(Complex(table[0]), Complex(std::pow(10.0, 6.0 / 20.0), 0.0), 1e-6);
+}
+
+void tst_BalloonFileReader::tableValues_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QList<Complex>>("expected");
+
+    const auto single = [](quint8 magFormat, quint8 phaseFormat, QList<double> mags, QList<double> phases) {
+        BalloonFileWriter w = BalloonFileWriter::grid({1000.0}, 1, qint32(std::max(mags.size(), phases.size())), 10, 10);
+        w.magnitudeFormat = magFormat;
+        w.phaseFormat = phaseFormat;
+        w.magnitudes = mags;
+        w.phases = phases;
+        return w;
+    };
+
+    BalloonFileWriter w = single(20, 20, {0.0}, {0.0});
+    QTest::newRow("0 dB at 0 degrees is one") << w.toBytes() << QList<Complex>{Complex(1, 0)};
+    w.levelOffsets = {20.0};
+    QTest::newRow("level offset adds its dB") << w.toBytes() << QList<Complex>{Complex(10, 0)};
+    w = single(20, 20, {decibels(2.0)}, {90.0});
+    QTest::newRow("phase in degrees") << w.toBytes() << QList<Complex>{Complex(0, 2)};
+
+    w = single(2, 2, {255, 0}, {255, 0});
+    w.magnitudeMin = -20;
+    w.magnitudeMax = 0;
+    w.phaseMin = -90;
+    w.phaseMax = 90;
+    QTest::newRow("byte-scaled range ends") << w.toBytes() << QList<Complex>{Complex(0, 1), Complex(0, -0.1)};
+
+    w = single(2, 20, {255}, {180.0});
+    w.magnitudeMax = 20;
+    QTest::newRow("byte magnitude with double phase") << w.toBytes() << QList<Complex>{Complex(-10, 0)};
+
+    w = single(20, 2, {-decibels(2.0)}, {0});
+    w.phaseMin = 45;
+    w.phaseMax = 90;
+    QTest::newRow("double magnitude with byte phase")
+        << w.toBytes() << QList<Complex>{Complex(0.5 * std::sqrt(0.5), 0.5 * std::sqrt(0.5))};
+
+    w = single(9, 20, {0, 0}, {0.0, 90.0});
+    QTest::newRow("unknown magnitude format counts as 0 dB") << w.toBytes() << QList<Complex>{Complex(1, 0), Complex(0, 1)};
+
+    w = single(20, 0, {20.0, 40.0}, {0, 0});
+    QTest::newRow("unknown phase format counts as 0 degrees") << w.toBytes() << QList<Complex>{Complex(10, 0), Complex(100, 0)};
+
+    w = single(0, 0, {0, 0}, {0, 0});
+    w.levelOffsets = {40.0};
+    QTest::newRow("both formats unknown leave the level offsets") << w.toBytes() << QList<Complex>{Complex(100, 0), Complex(100, 0)};
+
+    // Written as two byte pairs; read with an unknown magnitude format, each pair takes one
+    // byte, so the phases are 255 (a magnitude byte) and 0 (the first phase byte).
+    w = single(2, 2, {255, 0}, {0, 255});
+    w.phaseMin = -90;
+    w.phaseMax = 90;
+    QTest::newRow("unknown format makes the body drift")
+        << withField(w.toBytes(), 64, QByteArray(1, '\x07')) << QList<Complex>{Complex(0, 1), Complex(0, -1)};
+}
+
+void tst_BalloonFileReader::tableValues()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QList<Complex>, expected);
+    const FastDecode decoded = fastDecode(bytes);
+    QCOMPARE(decoded.table.size(), std::size_t(expected.size()));
+    for (qsizetype i = 0; i < expected.size(); ++i)
+        LPSDK_COMPARE_COMPLEX(Complex(decoded.table[i]), expected[i], 1e-5);
+}
+
+void tst_BalloonFileReader::matchesPlainDecoder_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const int formats[][2] = {{2, 2}, {2, 20}, {20, 2}, {20, 20}, {2, 7}, {7, 2}, {20, 0}, {0, 20}, {0, 0}};
+    QRandomGenerator rng(20261123);
+    for (const auto &pair : formats) {
+        const QByteArray bytes = randomFile(rng, quint8(pair[0]), quint8(pair[1])).toBytes();
+        const QByteArray name = QByteArray::number(pair[0]) + '/' + QByteArray::number(pair[1]);
+        QTest::newRow(name + " whole") << bytes;
+        QTest::newRow(name + " cut inside the body") << bytes.left(194 + 80 + 37);
+        QTest::newRow(name + " cut one byte short") << bytes.chopped(1);
+    }
+    // Random body bytes: double values of every kind, NaN and infinities included.
+    for (const auto &pair : formats) {
+        BalloonFileWriter w = randomFile(rng, quint8(pair[0]), quint8(pair[1]));
+        QByteArray bytes = w.toBytes();
+        for (qsizetype i = 194 + 80; i < bytes.size(); ++i)
+            bytes[i] = char(rng.bounded(256));
+        QTest::newRow(QByteArray::number(pair[0]) + '/' + QByteArray::number(pair[1]) + " random bytes") << bytes;
+    }
+}
+
+void tst_BalloonFileReader::matchesPlainDecoder()
+{
+    QFETCH(QByteArray, bytes);
+    const PlainDecode plain = plainDecode(bytes);
+    const FastDecode fast = fastDecode(bytes);
+    QCOMPARE(fast.frequencies, plain.frequencies);
+    QVERIFY(sameBits(fast.table, plain.table));
+}
+
+void tst_BalloonFileReader::truncationSweep()
+{
+    BalloonFileWriter w = BalloonFileWriter::grid({100, 2000}, 2, 3, 30, 90);
+    w.magnitudeFormat = 2;
+    w.phaseFormat = 20;
+    w.magnitudeMin = -6.020599913279624; // modulus 0.5
+    w.magnitudeMax = 0;
+    w.hasFlushMount = 1;
+    w.flushMount[0] = 50;
+    w.flushMount[2] = 0.5;
+    w.flushMount[3] = 0.1;
+    w.flushMount[4] = 1;
+    for (qsizetype i = 0; i < w.magnitudes.size(); ++i) {
+        w.magnitudes[i] = double(20 * i + 3);
+        w.phases[i] = 15.0 * i;
+    }
+    const QByteArray whole = w.toBytes();
+    for (qsizetype n = 0; n <= whole.size(); ++n) {
+        const QByteArray prefix = whole.left(n);
+        const FastDecode fast = fastDecode(prefix);
+        const PlainDecode plain = plainDecode(prefix);
+        if (!sameBits(fast.table, plain.table))
+            QFAIL(qPrintable(QStringLiteral("prefix of %1 bytes decodes differently").arg(n)));
+        QCOMPARE(fast.flush.size(), std::size_t(n >= 67 ? 2 * 2 * 2 : 0)); // flag byte at offset 66
+    }
+    // Cut where the body starts: every value reads as zero bytes, the minimum at 0 degrees.
+    const FastDecode headerOnly = fastDecode(whole.left(194 + 32));
+    QCOMPARE(headerOnly.table.size(), std::size_t(12));
+    for (const std::complex<float> &v : headerOnly.table)
+        LPSDK_COMPARE_COMPLEX(Complex(v), Complex(0.5, 0), 1e-6);
+}
+
+void tst_BalloonFileReader::corruptField_data()
+{
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<bool>("throws");
+    QTest::addColumn<qint64>("tableSize");
+
+    const qint32 intMax = std::numeric_limits<qint32>::max();
+    QTest::newRow("negative theta count") << 4 << int32Bytes(-2) << true << qint64(0);
+    QTest::newRow("negative frequency count") << 0 << int32Bytes(-2) << true << qint64(0);
+    QTest::newRow("largest frequency count") << 0 << int32Bytes(intMax) << true << qint64(0);
+    QTest::newRow("largest phi count") << 8 << int32Bytes(intMax) << true << qint64(0);
+    QTest::newRow("lowest phi count") << 8 << int32Bytes(std::numeric_limits<qint32>::min()) << true << qint64(0);
+    QTest::newRow("theta count past the data, within the allowance") << 4 << int32Bytes(100000) << false << qint64(600000);
+    QTest::newRow("zero frequencies") << 0 << int32Bytes(0) << false << qint64(0);
+    QTest::newRow("zero phi count") << 8 << int32Bytes(0) << false << qint64(0);
+    QTest::newRow("NaN theta step") << 12 << doubleBytes(std::nan("")) << false << qint64(12);
+    QTest::newRow("zero phi step") << 20 << doubleBytes(0.0) << false << qint64(12);
+    QTest::newRow("unknown symmetry") << 28 << int32Bytes(99) << false << qint64(12);
+    QTest::newRow("magnitude format 0") << 64 << QByteArray(1, '\0') << false << qint64(12);
+    QTest::newRow("flush-mount flag 255") << 66 << QByteArray(1, '\xff') << false << qint64(12);
+    QTest::newRow("no flush-mount data") << 66 << QByteArray(1, '\0') << false << qint64(12);
+    QTest::newRow("infinite flush-mount aperture") << 67 + 3 * 8 << doubleBytes(qInf()) << false << qint64(12);
+}
+
+void tst_BalloonFileReader::corruptField()
+{
+    QFETCH(int, offset);
+    QFETCH(QByteArray, value);
+    QFETCH(bool, throws);
+    QFETCH(qint64, tableSize);
+
+    BalloonFileWriter w = BalloonFileWriter::grid({100, 200}, 2, 3, 10, 90);
+    w.magnitudeFormat = 2;
+    w.phaseFormat = 2;
+    w.magnitudeMin = -20;
+    w.phaseMax = 90;
+    w.hasFlushMount = 1;
+    w.flushMount[0] = 50;
+    w.flushMount[2] = 0.5;
+    w.flushMount[3] = 0.1;
+    w.flushMount[4] = 1;
+    for (qsizetype i = 0; i < w.magnitudes.size(); ++i)
+        w.magnitudes[i] = w.phases[i] = double(i);
+    const QByteArray bytes = withField(w.toBytes(), offset, value);
+    bool threw = false;
+    FastDecode decoded;
+    try {
+        decoded = fastDecode(bytes);
+    } catch (const std::length_error &) {
+        threw = true;
+    }
+    QCOMPARE(threw, throws);
+    if (!throws) {
+        QCOMPARE(qint64(decoded.table.size()), tableSize);
+        QVERIFY(sameBits(decoded.table, plainDecode(bytes).table));
+    }
+}
+
+void tst_BalloonFileReader::negativeCountsWithPositiveProduct()
+{
+    // -2 x -3 rows: a table of 2 x 6 values, but no pair to read and nothing consumed.
+    BalloonFileWriter w = BalloonFileWriter::grid({100, 200}, 2, 3, 10, 90);
+    w.nh = -2;
+    w.nv = -3;
+    const FastDecode decoded = fastDecode(w.toBytes());
+    QCOMPARE(decoded.table.size(), std::size_t(12));
+    for (const std::complex<float> &v : decoded.table)
+        QCOMPARE(v, std::complex<float>());
+}
+
+void tst_BalloonFileReader::sizeAllowance_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<int>("bodyBytes");
+    QTest::addColumn<qint64>("nv");
+    QTest::addColumn<bool>("throws");
+
+    const qint64 allowance = BalloonFileReader::MaxUnbackedValues;
+    QTest::newRow("byte pairs: data plus allowance loads") << 2 << 4 << allowance + 2 << false;
+    QTest::newRow("byte pairs: one more is refused") << 2 << 4 << allowance + 3 << true;
+    QTest::newRow("half a pair counts as backed") << 2 << 5 << allowance + 3 << false;
+    QTest::newRow("unknown formats: the allowance loads") << 0 << 4 << allowance << false;
+    QTest::newRow("unknown formats: one more is refused") << 0 << 4 << allowance + 1 << true;
+    QTest::newRow("declared 10^12 values in 200 bytes") << 2 << 6 << qint64(-1) << true;
+}
+
+void tst_BalloonFileReader::sizeAllowance()
+{
+    QFETCH(int, format);
+    QFETCH(int, bodyBytes);
+    QFETCH(qint64, nv);
+    QFETCH(bool, throws);
+
+    BalloonFileWriter w = BalloonFileWriter::grid({1000}, 1, 1, 10, 10);
+    w.magnitudeFormat = w.phaseFormat = quint8(format);
+    w.magnitudes.clear();
+    w.phases.clear();
+    w.nv = qint32(nv);
+    if (nv < 0) { // 10^4 x 10^4 x 10^4 in a file without frequencies
+        w.frequencyCount = w.nh = w.nv = 10000;
+        w.frequencies.clear();
+        w.levelOffsets.clear();
+    }
+    const QByteArray bytes = w.toBytes() + QByteArray(bodyBytes, '\x01');
+    if (nv < 0)
+        QCOMPARE(bytes.size(), 200);
+    bool threw = false;
+    try {
+        const FastDecode decoded = fastDecode(bytes);
+        QCOMPARE(qint64(decoded.table.size()), nv);
+    } catch (const std::length_error &) {
+        threw = true;
+    }
+    QCOMPARE(threw, throws);
+}
+
+void tst_BalloonFileReader::phiIndex_data()
+{
+    QTest::addColumn<int>("symmetry");
+    QTest::addColumn<double>("phi");
+    QTest::addColumn<double>("expected");
+
+    QTest::newRow("none: 370 wraps to 10") << 0 << 370.0 << 10.0;
+    QTest::newRow("none: -10 wraps to 350") << 0 << -10.0 << 350.0;
+    QTest::newRow("half: 180 stays") << 1 << 180.0 << 180.0;
+    QTest::newRow("half: 270 mirrors to 90") << 1 << 270.0 << 90.0;
+    QTest::newRow("half: 181 mirrors to 179") << 1 << 181.0 << 179.0;
+    QTest::newRow("half rotated: 270 is the first column") << 2 << 270.0 << 0.0;
+    QTest::newRow("half rotated: 300") << 2 << 300.0 << 30.0;
+    QTest::newRow("half rotated: 0 is the middle") << 2 << 0.0 << 90.0;
+    QTest::newRow("half rotated: 90 is the last column") << 2 << 90.0 << 180.0;
+    QTest::newRow("half rotated: 100 mirrors to 170") << 2 << 100.0 << 170.0;
+    QTest::newRow("half rotated: 180 mirrors to 90") << 2 << 180.0 << 90.0;
+    QTest::newRow("quarter: 100 mirrors to 80") << 3 << 100.0 << 80.0;
+    QTest::newRow("quarter: 200 mirrors twice to 20") << 3 << 200.0 << 20.0;
+    QTest::newRow("quarter: 300 mirrors to 60") << 3 << 300.0 << 60.0;
+    QTest::newRow("rotational: any phi is column 0") << 4 << 123.0 << 0.0;
+    QTest::newRow("unknown symmetry leaves phi") << 9 << 200.0 << 200.0;
+}
+
+void tst_BalloonFileReader::phiIndex()
+{
+    QFETCH(int, symmetry);
+    QFETCH(double, phi);
+    QFETCH(double, expected);
+    QCOMPARE(BalloonFileReader::PhiIndex(phi, symmetry, 1.0), expected);
+    QCOMPARE(BalloonFileReader::PhiIndex(phi, symmetry, 5.0), expected / 5.0);
+}
+
+void tst_BalloonFileReader::arcSineModulus_data()
+{
+    QTest::addColumn<double>("x");
+    for (double x : {0.0, 0.5, -0.5, 1.0, -1.0, 1.0000001, 2.0, -3.0, 1e6})
+        QTest::newRow(QByteArray::number(x, 'g', 17)) << x;
+}
+
+void tst_BalloonFileReader::arcSineModulus()
+{
+    QFETCH(double, x);
+    const double oracle = std::abs(std::asin(std::complex<double>(x, 0.0)));
+    QVERIFY(std::abs(BalloonFileReader::ArcSineModulus(x) - oracle) <= 1e-12 * std::max(1.0, oracle));
+}
+
+void tst_BalloonFileReader::frequencyIndex_data()
+{
+    QTest::addColumn<QList<double>>("frequencies");
+    QTest::addColumn<double>("frequency");
+    QTest::addColumn<int>("expected");
+
+    const QList<double> grid{100, 200, 400};
+    QTest::newRow("exact match") << grid << 200.0 << 1;
+    QTest::newRow("nearer the upper") << grid << 151.0 << 1;
+    QTest::newRow("half-way takes the lower") << grid << 150.0 << 0;
+    QTest::newRow("below the first") << grid << -5.0 << 0;
+    QTest::newRow("above the last") << grid << 1e9 << 2;
+    QTest::newRow("too far from every frequency") << grid << 2e10 << -1;
+    QTest::newRow("NaN") << grid << std::nan("") << -1;
+    QTest::newRow("empty vector") << QList<double>() << 100.0 << -1;
+    QTest::newRow("duplicates: first of the run below") << QList<double>{1, 2, 2, 3} << 2.1 << 1;
+    QTest::newRow("duplicates: exact takes the first") << QList<double>{1, 2, 2, 2, 3} << 2.0 << 1;
+    QTest::newRow("duplicates: tie with the run above") << QList<double>{1, 2, 2, 3, 3} << 2.5 << 1;
+    // Near 1e9 the three distances all round to 1e9: the scan keeps index 0.
+    QTest::newRow("rounded distances tie") << QList<double>{1e-8, 2e-8, 5e-8} << 1e9 << 0;
+    QTest::newRow("infinite frequency is too far") << QList<double>{-qInf(), 1.0} << -1e300 << -1;
+    QTest::newRow("negative zero matches zero") << QList<double>{-1, 0.0, 1} << -0.0 << 1;
+}
+
+void tst_BalloonFileReader::frequencyIndex()
+{
+    QFETCH(QList<double>, frequencies);
+    QFETCH(double, frequency);
+    QFETCH(int, expected);
+    QCOMPARE(bruteForceIndex(frequencies, frequency), expected); // the row itself is right
+    QVERIFY(BalloonFrequencyIndex::IsBisectable(frequencies.constData(), frequencies.size()));
+    QCOMPARE(BalloonFrequencyIndex::Find(frequencies.constData(), frequencies.size(), true, frequency), expected);
+    QCOMPARE(BalloonFrequencyIndex::Find(frequencies.constData(), frequencies.size(), false, frequency), expected);
+}
+
+void tst_BalloonFileReader::frequencyIndexRandom()
+{
+    QRandomGenerator rng(7);
+    for (int round = 0; round < 3000; ++round) {
+        // Few distinct values make duplicates and ties common.
+        QList<double> v;
+        const int n = int(rng.bounded(12));
+        for (int i = 0; i < n; ++i)
+            v.append(double(rng.bounded(8)) * 0.5);
+        std::sort(v.begin(), v.end());
+        for (int q = 0; q < 10; ++q) {
+            const double frequency = double(rng.bounded(40)) * 0.125 - 0.5;
+            QCOMPARE(BalloonFrequencyIndex::Find(v.constData(), v.size(), true, frequency), bruteForceIndex(v, frequency));
+        }
+    }
+    const QList<double> descending{3, 2, 1};
+    QVERIFY(!BalloonFrequencyIndex::IsBisectable(descending.constData(), descending.size()));
+    QCOMPARE(BalloonFrequencyIndex::Find(descending.constData(), 3, false, 2.4), 1);
+    const QList<double> withNaN{1, std::nan(""), 3};
+    QVERIFY(!BalloonFrequencyIndex::IsBisectable(withNaN.constData(), withNaN.size()));
+}
+
+QTEST_GUILESS_MAIN(tst_BalloonFileReader)
+#include "tst_balloonfilereader.moc"

@@ -1,0 +1,350 @@
+// SPDX-License-Identifier: MIT
+// The provider is a process-wide singleton that keeps what it has read, so the test
+// functions run as one story: no connection, unusable tables, then real rows.
+#include "CouplingFilterProvider.h"
+#include "FilterResponse.h"
+#include "TestHelpers.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+
+namespace {
+
+const QString connectionName = QStringLiteral("nvRemoteDriverDatabase");
+
+Tolvane::BiquadData Biquad(int type, double frequency, double q, double gain)
+{
+    Tolvane::BiquadData biquad;
+    biquad.type = type;
+    biquad.frequency = frequency;
+    biquad.q = q;
+    biquad.gain = gain;
+    return biquad;
+}
+
+} // namespace
+
+namespace QTest {
+template<>
+inline char *toString(const Tolvane::BiquadData &b)
+{
+    return QTest::toString(QStringLiteral("BiquadData(%1, %2, %3, %4)").arg(b.type).arg(b.frequency).arg(b.q).arg(b.gain));
+}
+} // namespace QTest
+
+class tst_CouplingFilterProvider : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init() { failOnUnexpectedWarnings(); }
+
+    void conversionsToValues_data();
+    void conversionsToValues();
+    void conversionsToPositions_data();
+    void conversionsToPositions();
+
+    void withoutConnectionEverythingIsEmpty();
+    void unreadableTables_data();
+    void unreadableTables();
+    void emptyTableKeepsInitialRanges();
+    void rowsWithoutGainOnlyWidenRanges();
+    void connectionAddedLaterIsRead();
+    void filtersKeepRowOrder();
+    void firGrid_data();
+    void firGrid();
+    void couplingResponseAtOneFrequency();
+
+private:
+    QString CreateDatabase(const QString &name, const QStringList &statements);
+    void UseDatabase(const QString &path);
+
+    QTemporaryDir m_dir;
+};
+
+void tst_CouplingFilterProvider::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+}
+
+QString tst_CouplingFilterProvider::CreateDatabase(const QString &name, const QStringList &statements)
+{
+    const QString path = m_dir.filePath(name + QStringLiteral(".sqlite"));
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("writer"));
+        database.setDatabaseName(path);
+        if (!database.open())
+            return {};
+        QSqlQuery query(database);
+        for (const QString &statement : statements) {
+            if (!query.exec(statement))
+                return {};
+        }
+        database.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("writer"));
+    return path;
+}
+
+void tst_CouplingFilterProvider::UseDatabase(const QString &path)
+{
+    if (QSqlDatabase::contains(connectionName))
+        QSqlDatabase::removeDatabase(connectionName);
+    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
+    database.setDatabaseName(path);
+}
+
+void tst_CouplingFilterProvider::conversionsToValues_data()
+{
+    QTest::addColumn<bool>("low");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<double>("value");
+
+    QTest::newRow("low 0 is -5.5 dB") << true << 0 << -5.5;
+    QTest::newRow("low 11 is 0 dB") << true << 11 << 0.0;
+    QTest::newRow("low 15 is +2 dB") << true << 15 << 2.0;
+    QTest::newRow("mid 0 is +0.5 dB") << false << 0 << 0.5;
+    QTest::newRow("mid 3 is -1 dB") << false << 3 << -1.0;
+    QTest::newRow("mid 9 is -4 dB") << false << 9 << -4.0;
+}
+
+void tst_CouplingFilterProvider::conversionsToValues()
+{
+    QFETCH(bool, low);
+    QFETCH(int, index);
+    QFETCH(double, value);
+    QCOMPARE(low ? CouplingFilterProvider::ConvertFromLowIndex(index) : CouplingFilterProvider::ConvertFromMidIndex(index), value);
+
+    // Mid position 1 is a negative zero, which still counts as a non-negative value.
+    const double midOne = CouplingFilterProvider::ConvertFromMidIndex(1);
+    QCOMPARE(midOne, 0.0);
+    QVERIFY(std::signbit(midOne));
+    QVERIFY(midOne >= 0.0);
+}
+
+void tst_CouplingFilterProvider::conversionsToPositions_data()
+{
+    QTest::addColumn<QString>("conversion");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<int>("index");
+
+    QTest::newRow("low +2 dB is 15") << "low" << 2.0 << 15;
+    QTest::newRow("low -5.5 dB is 0") << "low" << -5.5 << 0;
+    QTest::newRow("low truncates up") << "low" << 0.2 << 11;     // 11.4
+    QTest::newRow("low truncates toward zero") << "low" << -5.6 << 0; // -0.2
+    QTest::newRow("mid -1 dB is 3") << "mid" << -1.0 << 3;
+    QTest::newRow("mid +0.5 dB is 0") << "mid" << 0.5 << 0;
+    QTest::newRow("mid truncates") << "mid" << -0.3 << 1; // 1.6
+    // Old scales: (c + 2) * 10/7 and (c - 5) * 8/7, rounded to whole half-dB steps.
+    QTest::newRow("old low 0 is 14") << "oldLow" << 0.0 << 14;   // rnd(2.857) = 3, w = 1.5
+    QTest::newRow("old low -2 is 11") << "oldLow" << -2.0 << 11;
+    QTest::newRow("old low -3 is 10") << "oldLow" << -3.0 << 10; // rnd(-1.43) = -1, w = -0.5
+    QTest::newRow("old low 5 is 21") << "oldLow" << 5.0 << 21;   // rnd(10) = 10, w = 5
+    QTest::newRow("old mid 5 is 1") << "oldMid" << 5.0 << 1;
+    QTest::newRow("old mid 6 is 0") << "oldMid" << 6.0 << 0;     // rnd(1.14) = 1, w = 0.5
+    QTest::newRow("old mid 0 is 7") << "oldMid" << 0.0 << 7;     // rnd(-5.71) = -6, w = -3
+    QTest::newRow("old mid 3 is 3") << "oldMid" << 3.0 << 3;     // rnd(-2.29) = -2, w = -1
+}
+
+void tst_CouplingFilterProvider::conversionsToPositions()
+{
+    QFETCH(QString, conversion);
+    QFETCH(double, value);
+    QFETCH(int, index);
+
+    int actual = -1000;
+    if (conversion == QLatin1String("low"))
+        actual = CouplingFilterProvider::ConvertToLowIndex(value);
+    else if (conversion == QLatin1String("mid"))
+        actual = CouplingFilterProvider::ConvertToMidIndex(value);
+    else if (conversion == QLatin1String("oldLow"))
+        actual = CouplingFilterProvider::ConvertToLowIndexFromOldCpl(int(value));
+    else
+        actual = CouplingFilterProvider::ConvertToMidIndexFromOldCpl(int(value));
+    QCOMPARE(actual, index);
+}
+
+void tst_CouplingFilterProvider::withoutConnectionEverythingIsEmpty()
+{
+    QVERIFY(!QSqlDatabase::contains(connectionName));
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    QCOMPARE(&provider, &CouplingFilterProvider::GetInstance());
+    QVERIFY(!provider.Initialize());
+    QVERIFY(provider.GetFilter(3, 0).isEmpty());
+    QVERIFY(provider.GetLowPositions().isEmpty());
+    QVERIFY(provider.GetMidPositions().isEmpty());
+    QCOMPARE(provider.GetLowRange(), std::make_pair(0, 0));
+    QCOMPARE(provider.GetMidRange(), std::make_pair(0, 0));
+    QCOMPARE(provider.CalculateCouplingResponse(3, 0, 1000.0), Complex(1, 0));
+}
+
+void tst_CouplingFilterProvider::unreadableTables_data()
+{
+    QTest::addColumn<QStringList>("statements");
+
+    QTest::newRow("no table") << QStringList {QStringLiteral("CREATE TABLE Other (x INTEGER)")};
+    QTest::newRow("table without gain column")
+        << QStringList {QStringLiteral("CREATE TABLE CplFilter (LowPos INTEGER, MidPos INTEGER, BiquadType INTEGER, BiquadFX REAL, BiquadQ REAL)"),
+                        QStringLiteral("INSERT INTO CplFilter VALUES (1, 2, 8, 1000, 1)")};
+}
+
+void tst_CouplingFilterProvider::unreadableTables()
+{
+    QFETCH(QStringList, statements);
+    const QString path = CreateDatabase(QString::fromLatin1(QTest::currentDataTag()).replace(QLatin1Char(' '), QLatin1Char('_')), statements);
+    QVERIFY(!path.isEmpty());
+    UseDatabase(path);
+
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    QVERIFY(!provider.Initialize());
+    QVERIFY(provider.GetFilter(1, 2).isEmpty());
+    QVERIFY(provider.GetLowPositions().isEmpty());
+    QCOMPARE(provider.GetLowRange(), std::make_pair(0, 0));
+    QCOMPARE(provider.GetMidRange(), std::make_pair(0, 0));
+}
+
+void tst_CouplingFilterProvider::emptyTableKeepsInitialRanges()
+{
+    const QString path = CreateDatabase(QStringLiteral("empty"),
+                                        {QStringLiteral("CREATE TABLE CplFilter (LowPos INTEGER, MidPos INTEGER, BiquadType INTEGER, "
+                                                        "BiquadFX REAL, BiquadQ REAL, BiquadVdB REAL)")});
+    QVERIFY(!path.isEmpty());
+    UseDatabase(path);
+
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    QVERIFY(provider.Initialize());
+    // The read succeeded but found nothing: the untouched ranges show through.
+    QCOMPARE(provider.GetLowRange(), std::make_pair(99, -99));
+    QCOMPARE(provider.GetMidRange(), std::make_pair(99, -99));
+    QVERIFY(provider.GetLowPositions().isEmpty());
+    QVERIFY(provider.GetFilter(0, 0).isEmpty());
+}
+
+void tst_CouplingFilterProvider::rowsWithoutGainOnlyWidenRanges()
+{
+    const QString path = CreateDatabase(QStringLiteral("nullgains"),
+                                        {QStringLiteral("CREATE TABLE CplFilter (LowPos INTEGER, MidPos INTEGER, BiquadType INTEGER, "
+                                                        "BiquadFX REAL, BiquadQ REAL, BiquadVdB REAL)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (40, 2, 8, 1000, 1, NULL)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (4, -3, 8, 1000, 1, 'loud')")});
+    QVERIFY(!path.isEmpty());
+    UseDatabase(path);
+
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    QVERIFY(provider.Initialize());
+    QVERIFY(provider.GetFilter(40, 2).isEmpty());
+    QVERIFY(provider.GetFilter(4, -3).isEmpty());
+    QCOMPARE(provider.GetLowRange(), std::make_pair(4, 40));
+    QCOMPARE(provider.GetMidRange(), std::make_pair(-3, 2));
+    QCOMPARE(provider.GetLowPositions(), QList<int>({4, 40}));
+    QCOMPARE(provider.GetMidPositions(), QList<int>({-3, 2}));
+}
+
+void tst_CouplingFilterProvider::connectionAddedLaterIsRead()
+{
+    QSqlDatabase::removeDatabase(connectionName);
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    QVERIFY(provider.GetFilter(3, 0).isEmpty());
+
+    // Rows of different pairs interleave; a NULL and a text gain sit between valid rows.
+    const QString path = CreateDatabase(QStringLiteral("filters"),
+                                        {QStringLiteral("CREATE TABLE CplFilter (LowPos INTEGER, MidPos INTEGER, BiquadType INTEGER, "
+                                                        "BiquadFX REAL, BiquadQ REAL, BiquadVdB REAL)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (3, 0, 10, 100, 0.7, -4)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (11, 1, 10, 100, 0.7, 0)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (3, 0, 8, 1000, 1, 0.5)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (3, 0, 8, 2000, 1, NULL)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (3, 0, 11, 6000, 0.71, 1.25)"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (0, 9, 12, 800, 0.6, 'x')"),
+                                         QStringLiteral("INSERT INTO CplFilter VALUES (15, 9, 12, 800, 0.6, -4)")});
+    QVERIFY(!path.isEmpty());
+    UseDatabase(path);
+
+    // No Initialize(): the next query reads the table.
+    QCOMPARE(provider.GetFilter(3, 0).size(), 3);
+    QCOMPARE(provider.GetLowPositions(), QList<int>({0, 3, 11, 15}));
+    QCOMPARE(provider.GetMidPositions(), QList<int>({0, 1, 9}));
+    // Ranges keep widening over every read of the process.
+    QCOMPARE(provider.GetLowRange(), std::make_pair(0, 40));
+    QCOMPARE(provider.GetMidRange(), std::make_pair(-3, 9));
+    QVERIFY(provider.GetFilter(0, 9).isEmpty());
+    QVERIFY(provider.GetFilter(3, 1).isEmpty());
+}
+
+void tst_CouplingFilterProvider::filtersKeepRowOrder()
+{
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    const QList<Tolvane::BiquadData> expected {Biquad(10, 100, 0.7, -4), Biquad(8, 1000, 1, 0.5), Biquad(11, 6000, 0.71, 1.25)};
+    QCOMPARE(provider.GetFilter(3, 0), expected);
+    QCOMPARE(provider.GetFilter(11, 1), QList<Tolvane::BiquadData>({Biquad(10, 100, 0.7, 0)}));
+    QCOMPARE(provider.GetFilter(15, 9), QList<Tolvane::BiquadData>({Biquad(12, 800, 0.6, -4)}));
+}
+
+void tst_CouplingFilterProvider::firGrid_data()
+{
+    QTest::addColumn<int>("low");
+    QTest::addColumn<int>("mid");
+    QTest::addColumn<double>("sampleRate");
+    QTest::addColumn<int>("fftLength");
+    QTest::addColumn<QList<double>>("frequencies");
+
+    QTest::newRow("48 kHz, 8 points") << 3 << 0 << 48000.0 << 8 << QList<double> {0, 6000, 12000, 18000, 24000};
+    QTest::newRow("odd length rounds down") << 3 << 0 << 48000.0 << 9 << QList<double> {0, 6000, 12000, 18000, 24000};
+    QTest::newRow("unknown pair") << 7 << 7 << 1000.0 << 4 << QList<double> {0, 250, 500};
+    QTest::newRow("one bin") << 3 << 0 << 48000.0 << 1 << QList<double> {0};
+    QTest::newRow("no sample rate") << 3 << 0 << 0.0 << 8 << QList<double>();
+    QTest::newRow("negative sample rate") << 3 << 0 << -48000.0 << 8 << QList<double>();
+    QTest::newRow("negative length") << 3 << 0 << 48000.0 << -4 << QList<double>();
+}
+
+void tst_CouplingFilterProvider::firGrid()
+{
+    QFETCH(int, low);
+    QFETCH(int, mid);
+    QFETCH(double, sampleRate);
+    QFETCH(int, fftLength);
+    QFETCH(QList<double>, frequencies);
+
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    const QList<std::pair<double, Complex>> grid = provider.CalculateFIRFilters(low, mid, sampleRate, fftLength);
+    QCOMPARE(grid.size(), frequencies.size());
+    const QList<Tolvane::BiquadData> biquads = provider.GetFilter(low, mid);
+    for (int k = 0; k < grid.size(); ++k) {
+        QCOMPARE(grid.at(k).first, frequencies.at(k));
+        Complex expected(1, 0);
+        for (const Tolvane::BiquadData &b : biquads) {
+            const QVariantMap entry {{QStringLiteral("type"), b.type}, {QStringLiteral("fp"), b.frequency}, {QStringLiteral("Q"), b.q}, {QStringLiteral("G"), b.gain}};
+            expected *= CalculateFilterResponse({frequencies.at(k)}, entry).at(0);
+        }
+        if (k == grid.size() - 1)
+            expected = Complex(expected.real(), 0.0);
+        LPSDK_COMPARE_COMPLEX(grid.at(k).second, expected, 1e-15);
+    }
+    if (!grid.isEmpty() && !biquads.isEmpty()) {
+        // 0 Hz: the -4 dB low shelf at full depth, the peak and the high shelf at 1.
+        LPSDK_COMPARE_COMPLEX(grid.at(0).second, Complex(std::pow(10.0, -4.0 / 20.0), 0), 1e-15);
+    }
+    if (biquads.isEmpty()) {
+        for (const auto &bin : grid)
+            QCOMPARE(bin.second, Complex(1, 0));
+    }
+}
+
+void tst_CouplingFilterProvider::couplingResponseAtOneFrequency()
+{
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    // Far below every corner only the low shelf acts; far above only the high shelf.
+    LPSDK_COMPARE_COMPLEX(provider.CalculateCouplingResponse(3, 0, 1e-4), Complex(std::pow(10.0, -4.0 / 20.0), 0), 1e-6);
+    LPSDK_COMPARE_COMPLEX(provider.CalculateCouplingResponse(3, 0, 1e9), Complex(std::pow(10.0, 1.25 / 20.0), 0), 1e-5);
+    // The flat pair is exactly flat.
+    for (double f : {20.0, 100.0, 1000.0, 20000.0})
+        LPSDK_COMPARE_COMPLEX(provider.CalculateCouplingResponse(11, 1, f), Complex(1, 0), 1e-15);
+    QCOMPARE(provider.CalculateCouplingResponse(7, 7, 1000.0), Complex(1, 0));
+}
+
+QTEST_GUILESS_MAIN(tst_CouplingFilterProvider)
+#include "tst_couplingfilterprovider.moc"

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "JsonFileLoader.h"
+#include "TestHelpers.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonParseError>
+#include <QTemporaryDir>
+
+class tst_JsonFileLoader : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir directory;
+
+    QString writeFile(const QString &name, const QByteArray &content)
+    {
+        const QString path = directory.filePath(name);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(path));
+        return path;
+    }
+
+private Q_SLOTS:
+    void init() { failOnUnexpectedWarnings(); }
+
+    void stripLineComment_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("no comment") << QStringLiteral("\"a\": 1,") << QStringLiteral("\"a\": 1,");
+        QTest::newRow("trailing comment") << QStringLiteral("\"a\": 1, // the gain") << QStringLiteral("\"a\": 1, ");
+        QTest::newRow("whole-line comment") << "// header" << "";
+        QTest::newRow("slashes inside a string") << QStringLiteral("\"url\": \"http://host/x\",") << QStringLiteral("\"url\": \"http://host/x\",");
+        QTest::newRow("comment after a string with slashes") << QStringLiteral("\"url\": \"http://host\" // home") << QStringLiteral("\"url\": \"http://host\" ");
+        QTest::newRow("quotes inside the comment") << QStringLiteral("\"k\": 1, // say \"hi\"") << QStringLiteral("\"k\": 1, ");
+        QTest::newRow("right-most of two comments is cut") << QStringLiteral("\"a\": 1 // one // two") << QStringLiteral("\"a\": 1 // one ");
+        QTest::newRow("line ending in // keeps it") << QStringLiteral("\"a\": 1 //") << QStringLiteral("\"a\": 1 //");
+        QTest::newRow("// with one character after it is cut") << QStringLiteral("\"a\": 1 //x") << QStringLiteral("\"a\": 1 ");
+        QTest::newRow("escaped quote before slashes") << QStringLiteral("\"a\\\"//b\"") << QStringLiteral("\"a\\\"//b\"");
+        QTest::newRow("empty line") << "" << "";
+    }
+
+    void stripLineComment()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, expected);
+        QCOMPARE(StripJsonLineComment(line), expected);
+    }
+
+    void readsFilesWithComments()
+    {
+        const QString path = writeFile(QStringLiteral("commented.json"),
+            "// A descriptor with comments\r\n"
+            "{\n"
+            "    \"name\": \"M\u00fcnster 12\", // display text\n"
+            "    \"url\": \"http://example.invalid/a//b\",\n"
+            "    \"long\": \"first half \n"
+            "second half\",\n"
+            "    \"sizes\": [1, 2, 3] // millimetres\n"
+            "}\n");
+        const QVariantMap map = LoadJsonFile(path);
+        QCOMPARE(map.value(QStringLiteral("name")).toString(), QStringLiteral("M\u00fcnster 12"));
+        QCOMPARE(map.value(QStringLiteral("url")).toString(), QStringLiteral("http://example.invalid/a//b"));
+        // Lines are joined without a separator.
+        QCOMPARE(map.value(QStringLiteral("long")).toString(), QStringLiteral("first half second half"));
+        QCOMPARE(map.value(QStringLiteral("sizes")).toList().size(), 3);
+    }
+
+    void missingFileWarnsTwice()
+    {
+        const QString path = directory.filePath(QStringLiteral("missing.json"));
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("Json file not found: ") + path));
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("File error code: %1").arg(int(QFileDevice::OpenError))));
+        QVERIFY(LoadJsonFile(path).isEmpty());
+    }
+
+    void parseErrorsWarnTwice_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("parsedText");
+        QTest::newRow("line ending in //") << QByteArray("{\"a\": 1 //\n}") << QByteArray("{\"a\": 1 //}");
+        QTest::newRow("two comments on a line") << QByteArray("{\"a\": 1 // x // y\n}") << QByteArray("{\"a\": 1 // x }");
+        QTest::newRow("truncated object") << QByteArray("{\"a\": [1, 2") << QByteArray("{\"a\": [1, 2");
+        QTest::newRow("empty file") << QByteArray() << QByteArray();
+    }
+
+    void parseErrorsWarnTwice()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, parsedText);
+        const QString path = writeFile(QStringLiteral("broken.json"), content);
+        QJsonParseError expectedError;
+        QJsonDocument::fromJson(parsedText, &expectedError);
+        QVERIFY(expectedError.error != QJsonParseError::NoError);
+
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("JSON parse error in file: ") + path));
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("Error: ") + expectedError.errorString()));
+        QVERIFY(LoadJsonFile(path).isEmpty());
+    }
+
+    void nonObjectDocumentsGiveEmptyMapsSilently_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("array") << QByteArray("[{\"name\": \"x\"}] // list");
+        QTest::newRow("empty object") << QByteArray("{ } // nothing");
+    }
+
+    void nonObjectDocumentsGiveEmptyMapsSilently()
+    {
+        QFETCH(QByteArray, content);
+        QVERIFY(LoadJsonFile(writeFile(QStringLiteral("other.json"), content)).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_JsonFileLoader)
+#include "tst_jsonfileloader.moc"

@@ -1,0 +1,529 @@
+// SPDX-License-Identifier: MIT
+#include "SourcePointDescriptor.h"
+
+#include "BalloonFixtures.h"
+#include "TestHelpers.h"
+
+#include <QThreadPool>
+
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+QVariantMap entry(const QVariantMap &balloonData, const QVariantMap &extra = {})
+{
+    QVariantMap map = extra;
+    map.insert(QStringLiteral("balloonData"), balloonData);
+    return map;
+}
+
+QVariantMap single(const QString &file)
+{
+    return entry({{QStringLiteral("default"), file}});
+}
+
+// Counts BalloonDataChanged() on the test's thread (queued when emitted from a worker).
+struct SignalCounter {
+    QObject context;
+    int count = 0;
+    explicit SignalCounter(SourcePointDescriptor &point)
+    {
+        QObject::connect(&point, &SourcePointDescriptor::BalloonDataChanged, &context, [this] { ++count; });
+    }
+};
+
+} // namespace
+
+class tst_SourcePointDescriptor : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnUnexpectedWarnings(); }
+
+    void readsPlacementPerMounting_data();
+    void readsPlacementPerMounting();
+    void balloonFileCheck_data();
+    void balloonFileCheck();
+    void balloonDataKey_data();
+    void balloonDataKey();
+    void nothingBeforeLoading();
+    void synchronousRead();
+    void lookup_data();
+    void lookup();
+    void lookupOutsideTheTable_data();
+    void lookupOutsideTheTable();
+    void phaseCancellation_data();
+    void phaseCancellation();
+    void normalAngle();
+    void flushMount_data();
+    void flushMount();
+    void twoKeysWithDifferentGrids();
+    void readModes();
+    void asynchronousRead();
+    void asynchronousReadOfHostileFiles();
+    void destructorWaitsForBackgroundRead();
+    void hostileFilesSynchronously_data();
+    void hostileFilesSynchronously();
+    void emptyTable();
+};
+
+void tst_SourcePointDescriptor::readsPlacementPerMounting_data()
+{
+    QTest::addColumn<int>("mounting");
+    QTest::addColumn<Point>("origin");
+    QTest::addColumn<QList<double>>("vertical");
+
+    QTest::newRow("own entry") << int(Tolvane::Flown) << Point(0.1, 0.2, 0.3) << QList<double>{1.0, 2.0};
+    QTest::newRow("no entry: default") << int(Tolvane::StackedCart) << Point(1, 0, -0.5) << QList<double>{-5.0};
+    QTest::newRow("invalid mounting: default") << int(Tolvane::Invalid) << Point(1, 0, -0.5) << QList<double>{-5.0};
+}
+
+void tst_SourcePointDescriptor::readsPlacementPerMounting()
+{
+    QFETCH(int, mounting);
+    QFETCH(Point, origin);
+    QFETCH(QList<double>, vertical);
+
+    const QVariantMap map{
+        {QStringLiteral("name"), QStringLiteral("HF")},
+        {QStringLiteral("origin"),
+         QVariantMap{{QStringLiteral("default"), QVariantList{1000, 0, -500}},
+                     {QStringLiteral("flown"), QVariantMap{{"x", 100}, {"y", 200}, {"z", 300}}}}},
+        {QStringLiteral("center"), QVariantMap{{QStringLiteral("flown"), QVariantList{10, 20, 30}}}},
+        {QStringLiteral("verticalAngles"),
+         QVariantMap{{QStringLiteral("default"), QVariantList{-5}}, {QStringLiteral("flown"), QVariantList{1, "2"}}}},
+    };
+    SourcePointDescriptor point;
+    QVERIFY(point.Read(map));
+    const auto m = Tolvane::Mounting(mounting);
+    QCOMPARE(point.GetName(), QStringLiteral("HF"));
+    QCOMPARE(point.GetOrigin(m), origin);
+    QCOMPARE(point.GetVerticalAngles(m), vertical);
+    // No "default" at all: a zero point and an empty list.
+    QCOMPARE(point.GetCenter(m), m == Tolvane::Flown ? Point(0.01, 0.02, 0.03) : Point());
+    QCOMPARE(point.GetNormalAngles(m), QList<double>());
+    QVERIFY(!point.HasFlushMountAttenuation());
+    QCOMPARE(point.GetDefaultAmplifier(), QStringLiteral("D80"));
+}
+
+void tst_SourcePointDescriptor::balloonFileCheck_data()
+{
+    QTest::addColumn<QVariantMap>("balloonData");
+    QTest::addColumn<QStringList>("warnings");
+    QTest::addColumn<bool>("hasFiles");
+
+    QTest::newRow("existing file") << QVariantMap{{"default", "linear_none.bin"}} << QStringList() << true;
+    QTest::newRow("empty file does not count") << QVariantMap{{"default", "empty.bin"}} << QStringList() << false;
+    QTest::newRow("missing file warns and reading goes on")
+        << QVariantMap{{"a", "nothere.bin"}, {"b", "wide.bin"}, {"c", "gone.bin"}}
+        << QStringList{"Balloon data file not found: :/Resources/nothere.bin",
+                       "Balloon data file not found: :/Resources/gone.bin"}
+        << true;
+}
+
+void tst_SourcePointDescriptor::balloonFileCheck()
+{
+    QFETCH(QVariantMap, balloonData);
+    QFETCH(QStringList, warnings);
+    QFETCH(bool, hasFiles);
+    for (const QString &warning : warnings)
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+    SourcePointDescriptor point;
+    QVERIFY(point.Read(entry(balloonData)));
+    QCOMPARE(point.HasBalloonFiles(), hasFiles);
+    QVERIFY(!point.IsBalloonDataLoaded()); // Read() reads no balloon
+}
+
+void tst_SourcePointDescriptor::balloonDataKey_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("one decimal, fixed notation") << 12.34 << "12.3";
+    QTest::newRow("rounds to one decimal") << 12.25001 << "12.3";
+    QTest::newRow("absent key") << 7.0 << "default";
+    QTest::newRow("null value counts as absent") << 5.0 << "default";
+}
+
+void tst_SourcePointDescriptor::balloonDataKey()
+{
+    QFETCH(double, value);
+    QFETCH(QString, expected);
+    SourcePointDescriptor point;
+    point.Read(entry({{"12.3", "linear_none.bin"}, {"5.0", QVariant()}}));
+    QCOMPARE(point.GetBalloonDataKey(value), expected);
+}
+
+void tst_SourcePointDescriptor::nothingBeforeLoading()
+{
+    SourcePointDescriptor point;
+    point.Read(single("linear_none.bin"));
+    QCOMPARE(point.GetNH(), 0);
+    QCOMPARE(point.GetNV(), 0);
+    QCOMPARE(point.GetThetaStepWidth(), 0.0);
+    QCOMPARE(point.GetPhiStepWidth(), 0.0);
+    QVERIFY(point.GetFrequencyVector().isEmpty());
+    QCOMPARE(point.GetBalloonData("default", 100.0, 0.0, 0.0, false), Complex(0, 0));
+    QVERIFY(point.GetRawBalloonData("default", false) == nullptr);
+    QVERIFY(!point.GetBalloon("default"));
+    QCOMPARE(point.GetBalloonDataFilename("default"), QString());
+}
+
+void tst_SourcePointDescriptor::synchronousRead()
+{
+    SourcePointDescriptor point;
+    SignalCounter signal(point);
+    point.Read(single("linear_none.bin"));
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QCOMPARE(signal.count, 1);
+    QVERIFY(point.IsBalloonDataLoaded());
+    QCOMPARE(point.GetNH(), 3);
+    QCOMPARE(point.GetNV(), 8);
+    QCOMPARE(point.GetThetaStepWidth(), 10.0);
+    QCOMPARE(point.GetPhiStepWidth(), 45.0);
+    QCOMPARE(point.GetSymmetry(), Tolvane::NoSymmetry);
+    QCOMPARE(point.GetFrequencyVector(), (QList<double>{100, 200, 400}));
+    QCOMPARE(point.GetBalloonDataFilename("default"), QStringLiteral("linear_none.bin"));
+
+    const auto balloon = point.GetBalloon("default");
+    QVERIFY(balloon);
+    QCOMPARE(balloon->getThetaStepWidth(), 10);
+    QCOMPARE(balloon->getPhiStepWidth(), 45);
+    QCOMPARE(balloon->getSymmetry(), 0);
+    QCOMPARE(balloon->getNH(), 3);
+    QCOMPARE(balloon->getNV(), 8);
+    QCOMPARE(balloon->getFirstFrequency(), 100.0);
+    QCOMPARE(balloon->getLastFrequency(), 400.0);
+    QCOMPARE(balloon->getData(), point.GetRawBalloonData("default", false));
+    // Table order (f * NH + t) * NV + p: the value at f 2, t 1, p 5.
+    LPSDK_COMPARE_COMPLEX(Complex(balloon->getData()[(2 * 3 + 1) * 8 + 5]), Complex(216, 0), 1e-4);
+
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous); // a table exists: nothing is read
+    QCOMPARE(signal.count, 1);
+}
+
+void tst_SourcePointDescriptor::lookup_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<double>("frequency");
+    QTest::addColumn<double>("theta");
+    QTest::addColumn<double>("phi");
+    QTest::addColumn<double>("expected");
+
+    // Expected: 1 + 100 f + 10 theta/10 + phiIndex (see BalloonFixtures.h), by hand.
+    const QString none = QStringLiteral("linear_none.bin");
+    QTest::newRow("grid point") << none << 200.0 << 10.0 << 90.0 << 113.0;
+    QTest::newRow("inside a cell") << none << 200.0 << 15.0 << 67.5 << 117.5;
+    QTest::newRow("theta on the last grid line") << none << 200.0 << 20.0 << 0.0 << 121.0;
+    QTest::newRow("phi on a grid line") << none << 100.0 << 5.0 << 135.0 << 9.0;
+    QTest::newRow("theta 0 reads its row only") << none << 400.0 << 0.0 << 180.0 << 205.0;
+    // Phi 350 is index 7.78: the neighbour of column 7 is the first value of the next row (11).
+    QTest::newRow("last phi column is not wrapped") << none << 100.0 << 0.0 << 350.0 << 8.0 + 3.0 * (350.0 / 45.0 - 7.0);
+    QTest::newRow("negative phi wraps") << none << 100.0 << 0.0 << -90.0 << 7.0;
+    QTest::newRow("phi above 360 wraps") << none << 100.0 << 0.0 << 450.0 << 3.0;
+    QTest::newRow("frequency exact") << none << 400.0 << 0.0 << 0.0 << 201.0;
+    QTest::newRow("frequency nearer the upper") << none << 151.0 << 0.0 << 0.0 << 101.0;
+    QTest::newRow("frequency half-way takes the lower") << none << 150.0 << 0.0 << 0.0 << 1.0;
+    QTest::newRow("frequency above the last") << none << 9000.0 << 0.0 << 0.0 << 201.0;
+    // A row past the last theta reads the next frequency's first row.
+    QTest::newRow("theta past the last row") << none << 200.0 << 30.0 << 0.0 << 201.0;
+    QTest::newRow("theta one row below zero") << none << 200.0 << -10.0 << 0.0 << 21.0;
+
+    const QString half = QStringLiteral("linear_half.bin");
+    QTest::newRow("half: 90") << half << 100.0 << 0.0 << 90.0 << 3.0;
+    QTest::newRow("half: 270 reads 90") << half << 100.0 << 0.0 << 270.0 << 3.0;
+    QTest::newRow("half: 200 reads 160") << half << 100.0 << 0.0 << 200.0 << 1.0 + 160.0 / 45.0;
+    const QString rotated = QStringLiteral("linear_halfrotated.bin");
+    QTest::newRow("half rotated: 300") << rotated << 100.0 << 0.0 << 300.0 << 1.0 + 30.0 / 45.0;
+    QTest::newRow("half rotated: 0 is the middle") << rotated << 100.0 << 0.0 << 0.0 << 3.0;
+    QTest::newRow("half rotated: 100 reads 170") << rotated << 100.0 << 0.0 << 100.0 << 1.0 + 170.0 / 45.0;
+    const QString quarter = QStringLiteral("linear_quarter.bin");
+    QTest::newRow("quarter: 135 reads 45") << quarter << 100.0 << 0.0 << 135.0 << 2.0;
+    QTest::newRow("quarter: 200 reads 20") << quarter << 100.0 << 0.0 << 200.0 << 1.0 + 20.0 / 45.0;
+    QTest::newRow("quarter: 300 reads 60") << quarter << 100.0 << 10.0 << 300.0 << 11.0 + 60.0 / 45.0;
+    const QString rotational = QStringLiteral("linear_rotational.bin");
+    QTest::newRow("rotational: any phi is column 0") << rotational << 200.0 << 0.0 << 123.0 << 101.0;
+    QTest::newRow("rotational: theta still interpolates") << rotational << 200.0 << 15.0 << 250.0 << 116.0;
+}
+
+void tst_SourcePointDescriptor::lookup()
+{
+    QFETCH(QString, file);
+    QFETCH(double, frequency);
+    QFETCH(double, theta);
+    QFETCH(double, phi);
+    QFETCH(double, expected);
+    SourcePointDescriptor point;
+    point.Read(single(file));
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    const Complex value = point.GetBalloonData("default", frequency, theta, phi, false);
+    LPSDK_COMPARE_COMPLEX(value, Complex(expected, 0.0), 1e-4);
+    // With no flush-mount data the flag changes nothing.
+    QCOMPARE(point.GetBalloonData("default", frequency, theta, phi, true), value);
+}
+
+void tst_SourcePointDescriptor::lookupOutsideTheTable_data()
+{
+    QTest::addColumn<double>("frequency");
+    QTest::addColumn<double>("theta");
+    QTest::addColumn<double>("phi");
+
+    QTest::newRow("theta past the last row of the last frequency") << 400.0 << 30.0 << 0.0;
+    QTest::newRow("negative theta at the first frequency") << 100.0 << -10.0 << 0.0;
+    QTest::newRow("frequency too far from the vector") << 2e10 << 0.0 << 0.0;
+    QTest::newRow("huge theta") << 100.0 << 1e300 << 0.0;
+    QTest::newRow("infinite theta") << 100.0 << qInf() << 0.0;
+}
+
+void tst_SourcePointDescriptor::lookupOutsideTheTable()
+{
+    QFETCH(double, frequency);
+    QFETCH(double, theta);
+    QFETCH(double, phi);
+    SourcePointDescriptor point;
+    point.Read(single("linear_none.bin"));
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QVERIFY_THROWS_EXCEPTION(std::out_of_range, point.GetBalloonData("default", frequency, theta, phi, false));
+}
+
+void tst_SourcePointDescriptor::phaseCancellation_data()
+{
+    QTest::addColumn<double>("theta");
+    QTest::addColumn<double>("phi");
+    QTest::addColumn<Complex>("expected");
+
+    // Corners along phi: 1 at 0 degrees and 1 at 180 degrees (cancel.bin).
+    QTest::newRow("half-way: modulus kept, phase of the nearer (upper) corner") << 0.0 << 5.0 << Complex(-1, 0);
+    QTest::newRow("nearer the lower corner") << 0.0 << 4.0 << Complex(1, 0);
+    QTest::newRow("loss under 1 percent keeps the sum") << 0.0 << 0.04 << Complex(0.992, 0);
+    QTest::newRow("loss over 1 percent takes the corner") << 0.0 << 0.06 << Complex(1, 0);
+    // Along theta: 1 at 0 degrees and 1 at 90 degrees; |sum| = 0.707 < 0.99.
+    QTest::newRow("quadrature corners half-way take the upper") << 5.0 << 0.0 << Complex(0, 1);
+    QTest::newRow("quadrature corners nearer the lower") << 4.0 << 0.0 << Complex(1, 0);
+}
+
+void tst_SourcePointDescriptor::phaseCancellation()
+{
+    QFETCH(double, theta);
+    QFETCH(double, phi);
+    QFETCH(Complex, expected);
+    SourcePointDescriptor point;
+    point.Read(single("cancel.bin"));
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    LPSDK_COMPARE_COMPLEX(point.GetBalloonData("default", 1000.0, theta, phi, false), expected, 1e-6);
+}
+
+void tst_SourcePointDescriptor::normalAngle()
+{
+    SourcePointDescriptor point;
+    point.Read(entry({{"default", "linear_none.bin"}},
+                     {{"normalAngles", QVariantMap{{"default", QVariantList{20, 5}}, {"flown", QVariantList{-90}}}}}));
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QCOMPARE(point.GetPhiWithNormalAngle(350.0), 10.0);
+    QCOMPARE(point.GetPhiWithNormalAngle(100.0), 120.0);
+    QCOMPARE(point.GetNormalAngles(Tolvane::Flown), QList<double>{-90.0});
+    // 350 + 20 = 370 -> 10 degrees, index 0.22, whatever the mounting.
+    LPSDK_COMPARE_COMPLEX(point.GetBalloonData("default", 100.0, 0.0, 350.0, false), Complex(1.0 + 10.0 / 45.0, 0), 1e-4);
+
+    SourcePointDescriptor without;
+    without.Read(entry({{"default", "linear_none.bin"}}, {{"normalAngles", QVariantMap{{"flown", QVariantList{30}}}}}));
+    QCOMPARE(without.GetPhiWithNormalAngle(350.0), 350.0);
+}
+
+void tst_SourcePointDescriptor::flushMount_data()
+{
+    QTest::addColumn<double>("frequency");
+    QTest::addColumn<double>("theta");
+    QTest::addColumn<double>("phi");
+    QTest::addColumn<bool>("flushMount");
+    QTest::addColumn<double>("expected");
+
+    // flush.bin: k = 1 + 100 f + 10 t + p; column 0 holds phi index 1 (90 deg), column 1 index 3.
+    QTest::newRow("below cut-on, 90") << 100.0 << 0.0 << 90.0 << true << 2.0;
+    QTest::newRow("below cut-on, 270") << 100.0 << 0.0 << 270.0 << true << 4.0;
+    QTest::newRow("within 0.1 of 270") << 100.0 << 0.0 << 270.05 << true << 4.0;
+    QTest::newRow("0.15 from 270 is column 0") << 100.0 << 0.0 << 269.85 << true << 2.0;
+    QTest::newRow("any other phi is column 0") << 100.0 << 30.0 << 45.0 << true << 12.0;
+    QTest::newRow("arc sine above 1: theta 0 inside the limit") << 500.0 << 0.0 << 90.0 << true << 102.0;
+    QTest::newRow("arc sine above 1: theta 30 attenuated") << 500.0 << 30.0 << 270.0 << true << 0.5 * 114.0;
+    QTest::newRow("2000 Hz: every theta attenuated") << 2000.0 << 0.0 << 90.0 << true << 0.5 * 202.0;
+    QTest::newRow("2000 Hz: last theta row") << 2000.0 << 90.0 << 270.0 << true << 0.5 * 234.0;
+    QTest::newRow("2000 Hz between theta rows") << 2000.0 << 45.0 << 90.0 << true << 0.5 * 217.0;
+    QTest::newRow("balloon table without the flag") << 2000.0 << 0.0 << 90.0 << false << 202.0;
+    QTest::newRow("balloon table at 270") << 2000.0 << 0.0 << 270.0 << false << 204.0;
+}
+
+void tst_SourcePointDescriptor::flushMount()
+{
+    QFETCH(double, frequency);
+    QFETCH(double, theta);
+    QFETCH(double, phi);
+    QFETCH(bool, flushMount);
+    QFETCH(double, expected);
+    SourcePointDescriptor point;
+    SignalCounter signal(point);
+    point.Read(entry({{"default", "flush.bin"}}, {{"flushMountAttenuation", true}}));
+    QVERIFY(point.HasFlushMountAttenuation());
+    // The flag forces an immediate read whatever the mode.
+    point.ReadBalloonData(SourcePointDescriptor::Asynchronous);
+    QVERIFY(point.IsBalloonDataLoaded());
+    QCOMPARE(signal.count, 1);
+    QVERIFY(point.GetRawBalloonData("default", true) != point.GetRawBalloonData("default", false));
+    LPSDK_COMPARE_COMPLEX(point.GetBalloonData("default", frequency, theta, phi, flushMount), Complex(expected, 0), 1e-4);
+}
+
+void tst_SourcePointDescriptor::twoKeysWithDifferentGrids()
+{
+    SourcePointDescriptor point;
+    SignalCounter signal(point);
+    point.Read(entry({{"default", "linear_none.bin"}, {"wide", "wide.bin"}}));
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QCOMPARE(signal.count, 2);
+    // The grid of the last file read, in key order.
+    QCOMPARE(point.GetNH(), 2);
+    QCOMPARE(point.GetNV(), 3);
+    QCOMPARE(point.GetThetaStepWidth(), 30.0);
+    QCOMPARE(point.GetPhiStepWidth(), 120.0);
+    QCOMPARE(point.GetFrequencyVector(), (QList<double>{1000, 2000}));
+    // Each balloon object keeps its own file's grid.
+    QCOMPARE(point.GetBalloon("default")->getNV(), 8);
+    QCOMPARE(point.GetBalloon("wide")->getNV(), 3);
+    QCOMPARE(point.GetBalloon("wide")->getFirstFrequency(), 1000.0);
+    QCOMPARE(point.GetBalloonDataFilename("wide"), QStringLiteral("wide.bin"));
+
+    LPSDK_COMPARE_COMPLEX(Complex(point.GetRawBalloonData("default", false)[0]), Complex(1, 0), 1e-6);
+    // Byte 0 of -40 .. 0 dB and -180 .. 180 degrees: 0.01 at -180 degrees.
+    LPSDK_COMPARE_COMPLEX(Complex(point.GetRawBalloonData("wide", false)[0]), Complex(-0.01, 0), 1e-7);
+    LPSDK_COMPARE_COMPLEX(Complex(point.GetRawBalloonData("wide", false)[1]), Complex(-1, 0), 1e-6);
+    // An unknown key among several takes the first table.
+    QCOMPARE(point.GetRawBalloonData("other", false), point.GetRawBalloonData("default", false));
+    LPSDK_COMPARE_COMPLEX(point.GetBalloonData("wide", 1000.0, 30.0, 120.0, false), Complex(-1, 0), 1e-6);
+}
+
+void tst_SourcePointDescriptor::readModes()
+{
+    SourcePointDescriptor point;
+    SignalCounter signal(point);
+    point.Read(single("linear_none.bin"));
+    QTest::ignoreMessage(QtWarningMsg, "Unexpected readBalloonDataMode = 7");
+    point.ReadBalloonData(SourcePointDescriptor::ReadBalloonDataMode(7));
+    QVERIFY(!point.IsBalloonDataLoaded());
+
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QVERIFY(point.IsBalloonDataLoaded());
+    const std::complex<float> *table = point.GetRawBalloonData("default", false);
+    // A table exists: neither mode reads again.
+    point.ReadBalloonData(SourcePointDescriptor::Asynchronous);
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QCoreApplication::processEvents();
+    QCOMPARE(signal.count, 1);
+    QCOMPARE(point.GetRawBalloonData("default", false), table);
+}
+
+void tst_SourcePointDescriptor::asynchronousRead()
+{
+    SourcePointDescriptor sync;
+    sync.Read(entry({{"default", "linear_none.bin"}, {"wide", "wide.bin"}}));
+    sync.ReadBalloonData(SourcePointDescriptor::Synchronous);
+
+    // Several points read at once; each must end with the same tables as the synchronous one.
+    std::vector<std::unique_ptr<SourcePointDescriptor>> points;
+    std::vector<std::unique_ptr<SignalCounter>> counters;
+    for (int i = 0; i < 8; ++i) {
+        points.push_back(std::make_unique<SourcePointDescriptor>());
+        counters.push_back(std::make_unique<SignalCounter>(*points.back()));
+        points.back()->Read(entry({{"default", "linear_none.bin"}, {"wide", "wide.bin"}}));
+        points.back()->ReadBalloonData(SourcePointDescriptor::Asynchronous);
+        points.back()->ReadBalloonData(SourcePointDescriptor::Asynchronous); // already running: ignored
+    }
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        QTRY_COMPARE(counters[i]->count, 2);
+        QVERIFY(points[i]->IsBalloonDataLoaded());
+        for (const char *key : {"default", "wide"}) {
+            const std::complex<float> *a = points[i]->GetRawBalloonData(key, false);
+            const std::complex<float> *b = sync.GetRawBalloonData(key, false);
+            const int size = std::strcmp(key, "wide") == 0 ? 2 * 2 * 3 : 3 * 3 * 8;
+            QVERIFY(std::equal(a, a + size, b));
+        }
+        QCOMPARE(points[i]->GetBalloonData("wide", 2000.0, 15.0, 60.0, false),
+                 sync.GetBalloonData("wide", 2000.0, 15.0, 60.0, false));
+    }
+    // Synchronous after asynchronous waits for the background read and reads nothing more.
+    SourcePointDescriptor late;
+    SignalCounter lateSignal(late);
+    late.Read(single("linear_none.bin"));
+    late.ReadBalloonData(SourcePointDescriptor::Asynchronous);
+    late.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QVERIFY(late.IsBalloonDataLoaded());
+    QTRY_COMPARE(lateSignal.count, 1);
+    QTest::qWait(20);
+    QCOMPARE(lateSignal.count, 1);
+}
+
+void tst_SourcePointDescriptor::asynchronousReadOfHostileFiles()
+{
+    // A good file, then one whose counts multiply to a negative size: the worker must survive
+    // and the point ends unloaded.
+    SourcePointDescriptor point;
+    SignalCounter signal(point);
+    point.Read(entry({{"a", "linear_none.bin"}, {"b", "negative.bin"}}));
+    point.ReadBalloonData(SourcePointDescriptor::Asynchronous);
+    QTRY_COMPARE(signal.count, 1);
+    QTRY_VERIFY(!point.IsBalloonDataLoaded());
+
+    // Only a refused file: no table, so a later synchronous read tries again and throws there.
+    SourcePointDescriptor absurd;
+    absurd.Read(single("absurd.bin"));
+    absurd.ReadBalloonData(SourcePointDescriptor::Asynchronous);
+    QVERIFY_THROWS_EXCEPTION(std::length_error, absurd.ReadBalloonData(SourcePointDescriptor::Synchronous));
+    QVERIFY(!absurd.IsBalloonDataLoaded());
+}
+
+void tst_SourcePointDescriptor::destructorWaitsForBackgroundRead()
+{
+    for (int i = 0; i < 20; ++i) {
+        auto point = std::make_unique<SourcePointDescriptor>();
+        point->Read(entry({{"a", "linear_none.bin"}, {"b", "flush.bin"}, {"c", i % 2 ? "negative.bin" : "wide.bin"}}));
+        point->ReadBalloonData(SourcePointDescriptor::Asynchronous);
+        point.reset(); // must wait; a sanitizer build reports any use after free
+    }
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+void tst_SourcePointDescriptor::hostileFilesSynchronously_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("negative count product") << "negative.bin";
+    QTest::newRow("10^12 values declared in 200 bytes") << "absurd.bin";
+}
+
+void tst_SourcePointDescriptor::hostileFilesSynchronously()
+{
+    QFETCH(QString, file);
+    SourcePointDescriptor point;
+    point.Read(single(file));
+    QVERIFY_THROWS_EXCEPTION(std::length_error, point.ReadBalloonData(SourcePointDescriptor::Synchronous));
+    QVERIFY(!point.IsBalloonDataLoaded());
+    QVERIFY(point.GetRawBalloonData("default", false) == nullptr);
+}
+
+void tst_SourcePointDescriptor::emptyTable()
+{
+    SourcePointDescriptor point;
+    point.Read(single("zero.bin"));
+    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    QVERIFY(point.IsBalloonDataLoaded());
+    QCOMPARE(point.GetNH(), 3);
+    QVERIFY(point.GetRawBalloonData("default", false) == nullptr);
+    const auto balloon = point.GetBalloon("default");
+    QCOMPARE(balloon->getFirstFrequency(), 0.0);
+    QCOMPARE(balloon->getLastFrequency(), 0.0);
+    QVERIFY(balloon->getData() == nullptr);
+    QVERIFY_THROWS_EXCEPTION(std::out_of_range, point.GetBalloonData("default", 100.0, 0.0, 0.0, false));
+    // No corner has a positive weight for a NaN direction: nothing is read.
+    QCOMPARE(point.GetBalloonData("default", 100.0, qQNaN(), 0.0, false), Complex(0, 0));
+}
+
+QTEST_GUILESS_MAIN(tst_SourcePointDescriptor)
+#include "tst_sourcepointdescriptor.moc"

@@ -1,0 +1,468 @@
+// SPDX-License-Identifier: MIT
+#include "SourcePointDescriptor.h"
+
+#include "Balloon.h"
+#include "BalloonFileReader_p.h"
+#include "BalloonFrequencyIndex_p.h"
+#include "LoudspeakerDescriptor.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QThreadPool>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <stdexcept>
+
+namespace {
+
+const QString DefaultKey = QStringLiteral("default");
+const QString DefaultAmplifier = QStringLiteral("D80");
+
+QString resourcePath(const QVariant &fileName)
+{
+    return QStringLiteral(":/Resources/%1").arg(fileName.toString());
+}
+
+template<typename T>
+T valueForMounting(const QMap<QString, T> &map, Tolvane::Mounting mounting)
+{
+    const auto it = map.constFind(LoudspeakerDescriptor::ConvertMountingToString(mounting));
+    if (it != map.cend())
+        return *it;
+    return map.value(DefaultKey);
+}
+
+QMap<QString, QList<double>> readAngleMap(const QVariantMap &map)
+{
+    QMap<QString, QList<double>> angles;
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        QList<double> list;
+        const QVariantList values = it.value().toList();
+        list.reserve(values.size());
+        for (const QVariant &value : values)
+            list.append(value.toDouble());
+        angles.insert(it.key(), list);
+    }
+    return angles;
+}
+
+// Truncation toward zero that saturates instead of overflowing (hostile step widths).
+int truncateToInt(double value)
+{
+    if (value >= 2147483648.0)
+        return INT_MAX;
+    if (value <= -2147483649.0)
+        return INT_MIN;
+    return std::isnan(value) ? 0 : int(value);
+}
+
+// Integer part of a grid coordinate; beyond +-2^62 (and NaN) saturates, which always lies
+// outside any table.
+qint64 saturatedIndex(double integral)
+{
+    constexpr double Limit = 4611686018427387904.0; // 2^62
+    if (integral >= Limit || std::isnan(integral))
+        return qint64(1) << 62;
+    if (integral <= -Limit)
+        return -(qint64(1) << 62);
+    return qint64(integral);
+}
+
+// std::round of a cell fraction in [-1, 1]: halves away from zero.
+qint64 roundFraction(double fraction)
+{
+    return fraction >= 0.5 ? 1 : fraction <= -0.5 ? -1 : 0;
+}
+
+} // namespace
+
+SourcePointDescriptor::SourcePointDescriptor(QObject *parent)
+    : QObject(parent)
+{
+}
+
+SourcePointDescriptor::~SourcePointDescriptor()
+{
+    // The worker writes into this object; it catches everything it throws, so waiting cannot rethrow.
+    if (m_backgroundRead.isRunning())
+        m_backgroundRead.waitForFinished();
+}
+
+bool SourcePointDescriptor::Read(const QVariantMap &map)
+{
+    m_name = map.value(QStringLiteral("name")).toString();
+    m_origins = Point::fromVariantMap(map.value(QStringLiteral("origin")).toMap());
+    m_centers = Point::fromVariantMap(map.value(QStringLiteral("center")).toMap());
+    m_flushMountAttenuation = map.value(QStringLiteral("flushMountAttenuation")).toBool();
+
+    m_balloonDataMap = map.value(QStringLiteral("balloonData")).toMap();
+    for (auto it = m_balloonDataMap.cbegin(); it != m_balloonDataMap.cend(); ++it) {
+        QFile file(resourcePath(it.value()));
+        if (!file.open(QIODevice::ReadOnly)) {
+            qWarning("Balloon data file not found: %s", file.fileName().toLocal8Bit().constData());
+            continue;
+        }
+        if (file.size() != 0)
+            m_hasBalloonFiles = true;
+    }
+
+    m_verticalAngles = readAngleMap(map.value(QStringLiteral("verticalAngles")).toMap());
+    m_normalAngles = readAngleMap(map.value(QStringLiteral("normalAngles")).toMap());
+    const QList<double> defaultNormal = m_normalAngles.value(DefaultKey);
+    m_hasNormalAngle = !defaultNormal.isEmpty();
+    m_normalAngle = m_hasNormalAngle ? defaultNormal.first() : 0.0;
+    return true;
+}
+
+void SourcePointDescriptor::ReadBalloonData(ReadBalloonDataMode mode)
+{
+    if (!m_flushMountAttenuation) {
+        switch (mode) {
+        case Asynchronous: {
+            if (m_backgroundRead.isRunning() || m_tableCount.load(std::memory_order_acquire) > 0)
+                return;
+            QThreadPool *pool = QThreadPool::globalInstance();
+            if (!pool)
+                return;
+            m_backgroundRead = QtConcurrent::run(pool, [this] {
+                // A file the reader refuses leaves the point unloaded; nothing may reach the pool.
+                try {
+                    ReadBalloonDataFromMap();
+                } catch (...) {
+                }
+            });
+            return;
+        }
+        case Synchronous:
+            break;
+        default:
+            qWarning("Unexpected readBalloonDataMode = %d", int(mode));
+            return;
+        }
+    }
+    // Never read alongside a background read of the same point.
+    if (m_backgroundRead.isRunning())
+        m_backgroundRead.waitForFinished();
+    if (m_tableCount.load(std::memory_order_acquire) == 0)
+        ReadBalloonDataFromMap();
+}
+
+void SourcePointDescriptor::ReadBalloonDataFromMap()
+{
+    for (auto it = m_balloonDataMap.cbegin(); it != m_balloonDataMap.cend(); ++it)
+        ReadBalloonFile(it.key(), resourcePath(it.value()));
+}
+
+bool SourcePointDescriptor::ReadBalloonFile(const QString &key, const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() == 0)
+        return false;
+    m_balloonDataLoaded.store(false, std::memory_order_release);
+
+    // Resources are mapped in place when they are stored uncompressed.
+    QByteArray buffer;
+    QByteArrayView bytes;
+    if (const uchar *mapped = file.map(0, file.size())) {
+        bytes = QByteArrayView(mapped, file.size());
+    } else {
+        buffer = file.readAll();
+        bytes = buffer;
+    }
+
+    BalloonFileReader reader(bytes);
+    const BalloonFileReader::Header &h = reader.header();
+    m_nh = h.nh;
+    m_nv = h.nv;
+    m_thetaStepWidth = h.thetaStepWidth;
+    m_phiStepWidth = h.phiStepWidth;
+    m_symmetryValue = h.symmetry;
+    m_magnitudeFormat = h.magnitudeFormat;
+    m_phaseFormat = h.phaseFormat;
+    if (h.hasFlushMount) {
+        std::copy(std::begin(h.flushMount), std::end(h.flushMount), std::begin(m_flushMount));
+        m_fileHasFlushMount = true;
+    }
+
+    std::vector<double> levelOffsets;
+    m_frequenciesSorted = false;
+    reader.ReadFrequencies(m_frequencies, levelOffsets);
+    m_frequenciesSorted = BalloonFrequencyIndex::IsBisectable(m_frequencies.constData(), m_frequencies.size());
+
+    m_tables.push_back(Table{key, reader.ReadTable(levelOffsets)});
+    m_tableCount.fetch_add(1, std::memory_order_release);
+    m_balloonFileNames.insert(key, QFileInfo(path).fileName());
+
+    const std::vector<std::complex<float>> &values = m_tables.back().values;
+    m_balloons.insert(key,
+                      std::make_shared<const nvScientificComputing::Balloon>(
+                          truncateToInt(m_thetaStepWidth), truncateToInt(m_phiStepWidth), m_symmetryValue, m_nh, m_nv,
+                          m_frequencies.isEmpty() ? 0.0 : m_frequencies.first(),
+                          m_frequencies.isEmpty() ? 0.0 : m_frequencies.last(), values.empty() ? nullptr : values.data(),
+                          m_flushMount[5], m_flushMount[3]));
+
+    if (h.hasFlushMount)
+        m_flushTables.push_back(Table{key, reader.BuildFlushMountTable(m_frequencies, values)});
+
+    m_balloonDataLoaded.store(true, std::memory_order_release);
+    Q_EMIT BalloonDataChanged();
+    return true;
+}
+
+bool SourcePointDescriptor::IsBalloonDataLoaded() const
+{
+    return m_balloonDataLoaded.load(std::memory_order_acquire);
+}
+
+QString SourcePointDescriptor::GetName()
+{
+    return m_name;
+}
+
+void SourcePointDescriptor::SetName(const QString &name)
+{
+    m_name = name;
+}
+
+QString SourcePointDescriptor::GetDefaultAmplifier()
+{
+    return DefaultAmplifier;
+}
+
+Point SourcePointDescriptor::GetOrigin(Tolvane::Mounting mounting)
+{
+    return valueForMounting(m_origins, mounting);
+}
+
+Point SourcePointDescriptor::GetCenter(Tolvane::Mounting mounting)
+{
+    return valueForMounting(m_centers, mounting);
+}
+
+QList<double> SourcePointDescriptor::GetVerticalAngles(Tolvane::Mounting mounting)
+{
+    return valueForMounting(m_verticalAngles, mounting);
+}
+
+QList<double> SourcePointDescriptor::GetNormalAngles(Tolvane::Mounting mounting)
+{
+    return valueForMounting(m_normalAngles, mounting);
+}
+
+QMap<QString, Point> SourcePointDescriptor::GetCenterMap() const
+{
+    return m_centers;
+}
+
+void SourcePointDescriptor::SetCenterMap(const QMap<QString, Point> &centers)
+{
+    m_centers = centers;
+}
+
+DspChannelDescriptor *SourcePointDescriptor::GetDspChannelDescriptor(const QString &amplifier) const
+{
+    const auto it = m_dspChannels.constFind(amplifier);
+    if (it != m_dspChannels.cend())
+        return *it;
+    return m_dspChannels.value(DefaultAmplifier, nullptr);
+}
+
+QList<int> SourcePointDescriptor::GetSpeakerIds()
+{
+    return {};
+}
+
+QString SourcePointDescriptor::GetSwitchDescription(int switchId, Tolvane::Mounting mounting)
+{
+    Q_UNUSED(switchId)
+    Q_UNUSED(mounting)
+    return {};
+}
+
+QMap<int, QString> SourcePointDescriptor::GetSwitchValues(int switchId, Tolvane::Mounting mounting)
+{
+    Q_UNUSED(switchId)
+    Q_UNUSED(mounting)
+    return {};
+}
+
+int SourcePointDescriptor::GetNH() const
+{
+    return m_nh;
+}
+
+int SourcePointDescriptor::GetNV() const
+{
+    return m_nv;
+}
+
+double SourcePointDescriptor::GetThetaStepWidth() const
+{
+    return m_thetaStepWidth;
+}
+
+double SourcePointDescriptor::GetPhiStepWidth() const
+{
+    return m_phiStepWidth;
+}
+
+Tolvane::LoudspeakerSymmetry SourcePointDescriptor::GetSymmetry()
+{
+    return static_cast<Tolvane::LoudspeakerSymmetry>(m_symmetryValue);
+}
+
+bool SourcePointDescriptor::HasFlushMountAttenuation() const
+{
+    return m_flushMountAttenuation;
+}
+
+QList<double> SourcePointDescriptor::GetFrequencyVector()
+{
+    return m_frequencies;
+}
+
+bool SourcePointDescriptor::HasBalloonFiles() const
+{
+    return m_hasBalloonFiles;
+}
+
+QString SourcePointDescriptor::GetBalloonDataKey(double value)
+{
+    const QString key = QString::number(value, 'f', 1);
+    const auto it = m_balloonDataMap.constFind(key);
+    if (it != m_balloonDataMap.cend() && !it->isNull())
+        return key;
+    return DefaultKey;
+}
+
+QString SourcePointDescriptor::GetBalloonDataFilename(const QString &key)
+{
+    return m_balloonFileNames.value(key);
+}
+
+std::shared_ptr<const nvScientificComputing::IBalloon> SourcePointDescriptor::GetBalloon(const QString &key)
+{
+    return m_balloons.value(key);
+}
+
+const SourcePointDescriptor::Table *SourcePointDescriptor::ChooseTable(const QString &key, bool flushMount) const
+{
+    const std::vector<Table> &tables = flushMount && m_fileHasFlushMount ? m_flushTables : m_tables;
+    if (tables.empty())
+        return nullptr;
+    if (tables.size() > 1) {
+        for (const Table &table : tables) {
+            if (table.key == key)
+                return &table;
+        }
+    }
+    return &tables.front();
+}
+
+const std::complex<float> *SourcePointDescriptor::GetRawBalloonData(const QString &key, bool flushMount) const
+{
+    if (!IsBalloonDataLoaded())
+        return nullptr;
+    const Table *table = ChooseTable(key, flushMount);
+    return table && !table->values.empty() ? table->values.data() : nullptr;
+}
+
+double SourcePointDescriptor::GetPhiWithNormalAngle(double phi) const
+{
+    if (m_hasNormalAngle) {
+        phi += m_normalAngle;
+        if (phi > 360.0)
+            phi -= 360.0;
+    }
+    return phi;
+}
+
+double SourcePointDescriptor::CalculatePhiIndex(double phi, bool flushMount) const
+{
+    if (flushMount && m_fileHasFlushMount) {
+        double p = std::fmod(phi, 360.0);
+        if (p < 0)
+            p += 360.0;
+        if (std::abs(p - 90.0) < 0.1)
+            return 0.0;
+        if (std::abs(p - 270.0) < 0.1)
+            return 1.0;
+        return 0.0;
+    }
+    return BalloonFileReader::PhiIndex(phi, m_symmetryValue, m_phiStepWidth);
+}
+
+qint64 SourcePointDescriptor::CalculateInterpolationIndex(double value, double &fraction)
+{
+    double integral;
+    const double r = std::modf(value, &integral);
+    const qint64 i = saturatedIndex(integral);
+    // On a grid line above the first, take the upper edge of the cell below.
+    if (r == 0.0 && i > 0) {
+        fraction = 1.0;
+        return i - 1;
+    }
+    fraction = r;
+    return i;
+}
+
+int SourcePointDescriptor::FrequencyIndex(double frequency) const
+{
+    return BalloonFrequencyIndex::Find(m_frequencies.constData(), m_frequencies.size(), m_frequenciesSorted, frequency);
+}
+
+Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequency, double theta, double phi,
+                                              bool flushMount)
+{
+    if (!IsBalloonDataLoaded())
+        return Complex(0.0, 0.0);
+    return GetBalloonDataAtIndex(key, FrequencyIndex(frequency), theta, phi, flushMount);
+}
+
+Complex SourcePointDescriptor::GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi,
+                                                     bool flushMount) const
+{
+    if (!IsBalloonDataLoaded())
+        return Complex(0.0, 0.0);
+
+    double tf;
+    double pf;
+    const qint64 t = CalculateInterpolationIndex(theta / m_thetaStepWidth, tf);
+    const qint64 p = CalculateInterpolationIndex(CalculatePhiIndex(GetPhiWithNormalAngle(phi), flushMount), pf);
+
+    const Table *table = ChooseTable(key, flushMount);
+    const std::complex<float> *data = table ? table->values.data() : nullptr;
+    const qint64 size = table ? qint64(table->values.size()) : 0;
+    const qint64 stride = flushMount && m_fileHasFlushMount ? 2 : m_nv;
+
+    // Checked on the flat index only, as a vector's at() would: a row past the end of one
+    // frequency reads the next frequency.
+    const auto at = [&](qint64 tt, qint64 pp) {
+        qint64 flat;
+        if (__builtin_mul_overflow(qint64(frequencyIndex), qint64(m_nh), &flat) || __builtin_add_overflow(flat, tt, &flat)
+            || __builtin_mul_overflow(flat, stride, &flat) || __builtin_add_overflow(flat, pp, &flat) || flat < 0
+            || flat >= size)
+            throw std::out_of_range("invalid vector subscript");
+        return Complex(data[flat]);
+    };
+
+    const double weights[4] = { (1 - tf) * (1 - pf), (1 - tf) * pf, tf * (1 - pf), tf * pf };
+    Complex sum(0.0, 0.0);
+    double magnitudeSum = 0.0;
+    for (int corner = 0; corner < 4; ++corner) {
+        const double w = weights[corner];
+        if (w > 0) {
+            const Complex c = at(t + corner / 2, p + corner % 2);
+            sum += c * w;
+            magnitudeSum += c.abs() * w;
+        }
+    }
+    if (sum.abs() >= 0.99 * magnitudeSum)
+        return sum;
+    // Opposite phases cancel: keep the weighted level, with the phase of the nearest corner.
+    const Complex nearest = at(t + roundFraction(tf), p + roundFraction(pf));
+    return Complex::fromPolar(magnitudeSum, nearest.arg());
+}

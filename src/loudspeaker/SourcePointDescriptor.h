@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "SourcePointDescriptor_Interface.h"
+#include "nvloudspeakerpluginsdk_export.h"
+
+#include <QFuture>
+#include <QObject>
+
+#include <atomic>
+#include <complex>
+#include <vector>
+
+class DspChannelDescriptor;
+
+/**
+ * One acoustic source point of a loudspeaker model: placement per mounting, the DSP channel
+ * that drives it, and its measured directivity balloons, one complex table per balloon key.
+ *
+ * Balloon files are named under "balloonData" and read from ":/Resources/<name>", either at
+ * once or on the global thread pool (ReadBalloonData()). BalloonDataChanged() is emitted,
+ * possibly from a worker thread, after each file. Nothing is locked: query balloon values only
+ * once IsBalloonDataLoaded() is true or the signal has arrived, and only from one thread at a
+ * time while no read runs. The destructor waits for a running background read.
+ */
+class NVLPS_EXPORT SourcePointDescriptor : public QObject, public SourcePointDescriptor_Interface
+{
+    Q_OBJECT
+    Q_INTERFACES(SourcePointDescriptor_Interface)
+public:
+    explicit SourcePointDescriptor(QObject *parent = nullptr);
+    ~SourcePointDescriptor() override;
+
+    /**
+     * Reads "name", "origin", "center", "flushMountAttenuation", the "D80" DSP channel,
+     * "balloonData" (checking that each listed resource exists; missing ones are logged as
+     * "Balloon data file not found: <path>"), "verticalAngles" and "normalAngles". Always true.
+     */
+    bool Read(const QVariantMap &map) override;
+
+    /**
+     * Reads every balloon file of "balloonData" unless a table exists already. Asynchronous
+     * starts one background read (none while one runs); Synchronous reads before returning,
+     * after waiting for a running background read. A point with "flushMountAttenuation" always
+     * reads at once. Other modes log "Unexpected readBalloonDataMode = <mode>".
+     * In Synchronous mode a file whose counts multiply to a negative or absurd size throws
+     * std::length_error; in a background read the point then stays unloaded.
+     */
+    void ReadBalloonData(ReadBalloonDataMode mode) override;
+    bool IsBalloonDataLoaded() const override;
+
+    QString GetName() override;
+    void SetName(const QString &name) override;
+    QString GetDefaultAmplifier() override;
+
+    Point GetOrigin(Tolvane::Mounting mounting) override;
+    Point GetCenter(Tolvane::Mounting mounting) override;
+    QList<double> GetVerticalAngles(Tolvane::Mounting mounting) override;
+    QList<double> GetNormalAngles(Tolvane::Mounting mounting) override;
+    QMap<QString, Point> GetCenterMap() const;
+    void SetCenterMap(const QMap<QString, Point> &centers);
+
+    /// The channel of `amplifier`, else the "D80" channel, else null.
+    DspChannelDescriptor *GetDspChannelDescriptor(const QString &amplifier) const;
+    QList<int> GetSpeakerIds() override;
+    /// The description of a switch in the default controller setup of the mounting.
+    QString GetSwitchDescription(int switchId, Tolvane::Mounting mounting) override;
+    QMap<int, QString> GetSwitchValues(int switchId, Tolvane::Mounting mounting) override;
+
+    int GetNH() const override;
+    int GetNV() const override;
+    double GetThetaStepWidth() const override;
+    double GetPhiStepWidth() const override;
+    Tolvane::LoudspeakerSymmetry GetSymmetry() override;
+    bool HasFlushMountAttenuation() const override;
+    QList<double> GetFrequencyVector() override;
+    /// True when Read() found at least one listed balloon file that exists and is not empty.
+    bool HasBalloonFiles() const;
+
+    QString GetBalloonDataKey(double value) override;
+    QString GetBalloonDataFilename(const QString &key) override;
+    std::shared_ptr<const nvScientificComputing::IBalloon> GetBalloon(const QString &key) override;
+
+    /**
+     * Bilinear interpolation of the balloon `key` (or the flush-mount table when `flushMount`
+     * and the file has one) at the balloon frequency nearest `frequency` (Hz), theta and phi in
+     * degrees. Phi is shifted by the "default" normal angle and folded by the symmetry. When the
+     * corners' phases cancel, the result keeps the weighted magnitude with the nearest corner's
+     * phase. (0, 0) before any balloon is loaded; std::out_of_range for a position outside the
+     * table. Allocation-free.
+     */
+    Complex GetBalloonData(const QString &key, double frequency, double theta, double phi, bool flushMount) override;
+    /// First value of the chosen table; null before loading and for an empty table.
+    const std::complex<float> *GetRawBalloonData(const QString &key, bool flushMount) const;
+    /// Phi plus the first "default" normal angle (360 subtracted once above 360).
+    double GetPhiWithNormalAngle(double phi) const;
+
+Q_SIGNALS:
+    /// A balloon file has been read completely (emitted from the reading thread).
+    void BalloonDataChanged();
+
+private:
+    struct Table {
+        QString key;
+        std::vector<std::complex<float>> values;
+    };
+
+    void ReadBalloonDataFromMap();
+    bool ReadBalloonFile(const QString &key, const QString &path);
+    Complex GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi, bool flushMount) const;
+    int FrequencyIndex(double frequency) const;
+    double CalculatePhiIndex(double phi, bool flushMount) const;
+    static qint64 CalculateInterpolationIndex(double value, double &fraction);
+    const Table *ChooseTable(const QString &key, bool flushMount) const;
+
+    QString m_name;
+    QMap<QString, Point> m_origins;
+    QMap<QString, Point> m_centers;
+    bool m_flushMountAttenuation = false;
+    QVariantMap m_balloonDataMap;
+    QMap<QString, QList<double>> m_verticalAngles;
+    QMap<QString, QList<double>> m_normalAngles;
+    bool m_hasNormalAngle = false; // cached "default" normal angle for lookups
+    double m_normalAngle = 0.0;
+    bool m_hasBalloonFiles = false;
+    QMap<QString, DspChannelDescriptor *> m_dspChannels;
+
+    qint32 m_nh = 0;
+    qint32 m_nv = 0;
+    double m_thetaStepWidth = 0.0;
+    double m_phiStepWidth = 0.0;
+    int m_symmetryValue = 0; // as stored: files may hold any 32-bit value
+    int m_magnitudeFormat = 0;
+    int m_phaseFormat = 0;
+    bool m_fileHasFlushMount = false;
+    double m_flushMount[6] = {};
+    QList<double> m_frequencies;
+    bool m_frequenciesSorted = false; // ascending without NaN: snapping may bisect
+    std::vector<Table> m_tables;
+    std::vector<Table> m_flushTables;
+    std::atomic<int> m_tableCount{0};
+    QMap<QString, std::shared_ptr<const nvScientificComputing::IBalloon>> m_balloons;
+    QMap<QString, QString> m_balloonFileNames;
+    std::atomic<bool> m_balloonDataLoaded{false};
+    QFuture<void> m_backgroundRead;
+};
