@@ -1,8 +1,54 @@
 // SPDX-License-Identifier: MIT
 #include "LoudspeakerDescriptor.h"
 
+#include "CabinetShapeCreator.h"
 #include "JsonFileLoader.h"
 #include "LoudspeakerSeries_Interface.h"
+#include "Warning_p.h"
+
+#include <initializer_list>
+
+namespace {
+constexpr double MillimetresPerMetre = 1000.0;
+
+const QString ViewKey3d = QStringLiteral("3D");
+const QString ViewKeyTop = QStringLiteral("top");
+const QString ViewKeySide = QStringLiteral("side");
+const QString DefaultKey = QStringLiteral("default");
+
+Tolvane::LoudspeakerTypeFlags typeFromText(const QString &text, bool *known)
+{
+    static const QMap<QString, Tolvane::LoudspeakerTypeFlags> types{
+        {QStringLiteral("narrow dispersion"), Tolvane::NarrowDispersion},
+        {QStringLiteral("wide dispersion"), Tolvane::WideDispersion},
+        {QStringLiteral("Sub"), Tolvane::Sub},
+        {QStringLiteral("Top"), Tolvane::Top},
+        {QStringLiteral("Point Source"), Tolvane::PointSource},
+        {QStringLiteral("Line Array Top, narrow dispersion"), Tolvane::Top | Tolvane::NarrowDispersion},
+        {QStringLiteral("Line Array Top, wide dispersion"), Tolvane::Top | Tolvane::WideDispersion},
+    };
+    const auto it = types.constFind(text);
+    *known = it != types.cend();
+    return *known ? it.value() : Tolvane::LoudspeakerTypeFlags();
+}
+
+/// The value of the first of `keys` that `map` holds, else the one under "default", else `fallback`.
+template<typename T>
+T firstHeld(const QMap<QString, T> &map, std::initializer_list<QString> keys, const T &fallback = T())
+{
+    for (const QString &key : keys) {
+        const auto it = map.constFind(key);
+        if (it != map.cend())
+            return it.value();
+    }
+    return map.value(DefaultKey, fallback);
+}
+
+bool isPointForm(const QVariant &value)
+{
+    return value.metaType().id() == QMetaType::QVariantList || value.toMap().contains(QStringLiteral("x"));
+}
+} // namespace
 
 LoudspeakerDescriptor::LoudspeakerDescriptor(const QString &filePath, QObject *parent)
     : QObject(parent)
@@ -16,7 +62,89 @@ LoudspeakerDescriptor::~LoudspeakerDescriptor() = default;
 bool LoudspeakerDescriptor::ReadDescriptorFile(const QString &filePath)
 {
     const QVariantMap file = LoadJsonFile(filePath);
-    m_name = file.value(QStringLiteral("name")).toString();
+
+    m_dataApproved = file.value(QStringLiteral("dataApproved"), true).toBool();
+    m_name = file.value(QStringLiteral("name"), QString()).toString();
+    m_partNumber = file.value(QStringLiteral("partNumber"), QString()).toString();
+    m_partNumberAppendix = file.value(QStringLiteral("partNumberAppendix"), QStringLiteral(".000")).toString();
+    m_displayName = file.value(QStringLiteral("displayName"), m_name).toString();
+
+    bool knownType = false;
+    m_type = typeFromText(file.value(QStringLiteral("type"), QString()).toString(), &knownType);
+    if (!knownType)
+        lpsdkWarning("Unknown loudspeaker type: ", filePath); // the path tells which file to fix
+
+    ReadCabinet(file.value(QStringLiteral("cabinet"), QVariantMap()).toMap());
+    // Source points without a centre of their own sit here; it needs the size and shape.
+    if (m_cabinetShape == QLatin1String("Monitor"))
+        m_defaultCenter = Point(-m_size.depth() / 2.0, 0.0, (m_size.height() + m_size.height() / 6.0) / 2.0);
+    else
+        m_defaultCenter = Point(0.0, 0.0, -m_size.height() / 2.0);
+
+    m_mountingPoints = Point::fromVariantMap(file.value(QStringLiteral("mountingPoint"), QVariantMap()).toMap());
+    m_centersOfGravity = Point::fromVariantMap(file.value(QStringLiteral("centerOfGravity"), QVariantMap()).toMap());
+    m_centerOfAudio = file.value(QStringLiteral("centerOfAudio"), QVariantMap()).toMap();
+    m_connectionPoints = Point::fromVariantMap(file.value(QStringLiteral("connectionPoint"), QVariantMap()).toMap());
+
+    const QVariantMap dispersion = file.value(QStringLiteral("nominalDispersion"), QVariantMap()).toMap();
+    m_nominalDispersionHorizontal = dispersion.value(QStringLiteral("horizontal"), 0.0).toDouble();
+    m_nominalDispersionVertical = dispersion.value(QStringLiteral("vertical"), 0.0).toDouble();
+
+    m_frontEdgeOffset = file.value(QStringLiteral("frontEdgeOffset"), 0.0).toDouble() / MillimetresPerMetre;
+    m_rearEdgeOffset = file.value(QStringLiteral("rearEdgeOffset"), 0.0).toDouble() / MillimetresPerMetre;
+    m_canBeUsedInMainArrays = file.value(QStringLiteral("canBeUsedInMainArrays"), false).toBool();
+    m_canBeUsedInSubArrays = file.value(QStringLiteral("canBeUsedInSubArrays"), false).toBool();
+    m_showBeam = file.value(QStringLiteral("showBeam"), false).toBool();
+    m_hasAlternateDispersionMode = file.value(QStringLiteral("hasAlternateDispersionMode"), false).toBool();
+    m_hasFixedCabinetsPerSubArrayPosition = file.value(QStringLiteral("hasFixedCabinetsPerSubArrayPosition"), false).toBool();
+    m_defaultCabinetsPerSubArrayPosition = file.value(QStringLiteral("defaultCabinetsPerSubArrayPosition"), 1).toInt();
+    m_defaultCabinetsPerMixedSubArrayPosition = file.value(QStringLiteral("defaultCabinetsPerMixedSubArrayPosition"), 1).toInt();
+    m_mixedSubArrayFilterMode = static_cast<Tolvane::MixedSubArrayFilterMode>(file.value(QStringLiteral("mixedSubArrayFilterMode"), -1).toInt());
+
+    m_splayAngles = file.value(QStringLiteral("splayAngles"), QVariantMap()).toMap();
+    if (m_splayAngles.isEmpty())
+        m_splayAngles.insert(DefaultKey, QVariantList{0.0});
+    m_mechanicalConnectionPoints = file.value(QStringLiteral("mechanicalConnectionPoints"), QVariantMap()).toMap();
+    m_frontLink = file.value(QStringLiteral("frontLink"));
+    return true;
+}
+
+bool LoudspeakerDescriptor::ReadCabinet(const QMap<QString, QVariant> &cabinet)
+{
+    m_size = Size(cabinet.value(QStringLiteral("width"), 0).toDouble() / MillimetresPerMetre,
+                  cabinet.value(QStringLiteral("height"), 0).toDouble() / MillimetresPerMetre,
+                  cabinet.value(QStringLiteral("depth"), 0).toDouble() / MillimetresPerMetre);
+    m_hasTriangulated3dView = cabinet.value(QStringLiteral("3D_triangulated"), false).toBool();
+    m_weight = cabinet.value(QStringLiteral("weight"), 0).toDouble();
+    m_trapAngle = cabinet.value(QStringLiteral("trapAngle"), 0.0).toDouble();
+    return CreateShape(cabinet);
+}
+
+bool LoudspeakerDescriptor::CreateShape(const QMap<QString, QVariant> &cabinet)
+{
+    m_cabinetShape = cabinet.value(QStringLiteral("cabinetShape"), QStringLiteral("Arbitrary")).toString();
+    m_views = CabinetShapeCreator::CreateCabinetShapeData(cabinet, m_cabinetShape);
+    const QString cabinetName = cabinet.value(QStringLiteral("name")).toString();
+
+    // A file that draws its own views asks for them to be checked; the creator's are checked then.
+    const QVariantMap fileViews = cabinet.value(QStringLiteral("views")).toMap();
+    if (!(fileViews.contains(ViewKey3d) && fileViews.contains(ViewKeyTop) && fileViews.contains(ViewKeySide)))
+        return true;
+
+    QString messages;
+    const QList<Point> mesh = m_views.value(ViewKey3d);
+    if (mesh.isEmpty())
+        messages += QLatin1String("Empty point list for 3D view.");
+    if (mesh.size() % 4 != 0)
+        messages += QLatin1String("Invalid quad mesh for 3D view.");
+    if (m_views.value(ViewKeyTop).isEmpty())
+        messages += QLatin1String("Empty point list for top view.");
+    if (m_views.value(ViewKeySide).isEmpty())
+        messages += QLatin1String("Empty point list for side view.");
+    if (!messages.isEmpty()) {
+        const QString text = QStringLiteral("Validation failed for [name:%1] [keys:%2/%3/%4]:").arg(cabinetName, ViewKey3d, ViewKeyTop, ViewKeySide);
+        lpsdkWarning(text.toUtf8().constData(), messages);
+    }
     return true;
 }
 
@@ -28,6 +156,222 @@ QString LoudspeakerDescriptor::GetName()
 LoudspeakerSeries_Interface *LoudspeakerDescriptor::GetLoudspeakerSeries() const
 {
     return qobject_cast<LoudspeakerSeries_Interface *>(parent());
+}
+
+QString LoudspeakerDescriptor::GetDisplayName()
+{
+    return m_displayName;
+}
+
+QString LoudspeakerDescriptor::GetPartNumber(bool withAppendix)
+{
+    return withAppendix ? m_partNumber + m_partNumberAppendix : m_partNumber;
+}
+
+bool LoudspeakerDescriptor::IsDataApproved() const
+{
+    return m_dataApproved;
+}
+
+Tolvane::LoudspeakerTypeFlags LoudspeakerDescriptor::GetType()
+{
+    return m_type;
+}
+
+double LoudspeakerDescriptor::GetWeight() const
+{
+    return m_weight;
+}
+
+Size LoudspeakerDescriptor::GetSize()
+{
+    return m_size;
+}
+
+QString LoudspeakerDescriptor::GetCabinetShape()
+{
+    return m_cabinetShape;
+}
+
+double LoudspeakerDescriptor::GetTrapAngle() const
+{
+    return m_trapAngle;
+}
+
+double LoudspeakerDescriptor::GetNominalDispersionHor() const
+{
+    return m_nominalDispersionHorizontal;
+}
+
+double LoudspeakerDescriptor::GetNominalDispersionVer() const
+{
+    return m_nominalDispersionVertical;
+}
+
+double LoudspeakerDescriptor::GetFrontEdgeOffset() const
+{
+    return m_frontEdgeOffset;
+}
+
+double LoudspeakerDescriptor::GetRearEdgeOffset() const
+{
+    return m_rearEdgeOffset;
+}
+
+bool LoudspeakerDescriptor::CanBeUsedInMainArrays() const
+{
+    return m_canBeUsedInMainArrays;
+}
+
+bool LoudspeakerDescriptor::CanBeUsedInSubArrays() const
+{
+    return m_canBeUsedInSubArrays;
+}
+
+bool LoudspeakerDescriptor::GetShowBeam() const
+{
+    return m_showBeam;
+}
+
+bool LoudspeakerDescriptor::HasAlternateDispersionMode() const
+{
+    return m_hasAlternateDispersionMode;
+}
+
+bool LoudspeakerDescriptor::HasFixedCabinetsPerSubArrayPosition() const
+{
+    return m_hasFixedCabinetsPerSubArrayPosition;
+}
+
+bool LoudspeakerDescriptor::HasTriangulated3dView() const
+{
+    return m_hasTriangulated3dView;
+}
+
+int LoudspeakerDescriptor::GetDefaultCabinetsPerSubArrayPosition() const
+{
+    return m_defaultCabinetsPerSubArrayPosition;
+}
+
+int LoudspeakerDescriptor::GetDefaultCabinetsPerMixedSubArrayPosition() const
+{
+    return m_defaultCabinetsPerMixedSubArrayPosition;
+}
+
+Tolvane::MixedSubArrayFilterMode LoudspeakerDescriptor::GetMixedSubArrayFilterMode()
+{
+    return m_mixedSubArrayFilterMode;
+}
+
+QMap<QString, QVariant> LoudspeakerDescriptor::GetSplayAngles()
+{
+    return m_splayAngles;
+}
+
+QVariant LoudspeakerDescriptor::GetFrontMechanicalConnectionPointDescriptor()
+{
+    return m_frontLink;
+}
+
+QList<Point> LoudspeakerDescriptor::Get3dView(Tolvane::Mounting mounting)
+{
+    const auto it = m_views.constFind(QStringLiteral("3D_%1").arg(ConvertMountingToString(mounting)));
+    return it != m_views.cend() ? it.value() : m_views.value(ViewKey3d);
+}
+
+QList<Point> LoudspeakerDescriptor::GetSideView(Tolvane::Mounting mounting)
+{
+    const auto it = m_views.constFind(QStringLiteral("side_%1").arg(ConvertMountingToString(mounting)));
+    return it != m_views.cend() ? it.value() : m_views.value(ViewKeySide);
+}
+
+QList<Point> LoudspeakerDescriptor::GetTopView()
+{
+    return m_views.value(ViewKeyTop);
+}
+
+Point LoudspeakerDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)
+{
+    // A mounting point may be given by its bare name, valid for every mounting.
+    const QString text = ConvertMountingToString(mounting);
+    return firstHeld(m_mountingPoints, {QStringLiteral("%1_%2").arg(text, name), name, QStringLiteral("%1_default").arg(text), text});
+}
+
+Point LoudspeakerDescriptor::GetConnectionPoint(Tolvane::Mounting mounting, const QString &name)
+{
+    // Unlike mounting points, a connection point always carries its mounting in the key.
+    const QString text = ConvertMountingToString(mounting);
+    return firstHeld(m_connectionPoints, {QStringLiteral("%1_%2").arg(text, name), QStringLiteral("%1_default").arg(text), text});
+}
+
+Point LoudspeakerDescriptor::GetCenterOfGravity(Tolvane::Mounting mounting)
+{
+    const QString text = ConvertMountingToString(mounting);
+    return firstHeld(m_centersOfGravity, {QStringLiteral("%1_default").arg(text), text});
+}
+
+Point LoudspeakerDescriptor::GetCenterOfAudio(Tolvane::Mounting mounting)
+{
+    const QVariant center = m_centerOfAudio.value(QStringLiteral("center"));
+    if (isPointForm(center))
+        return Point::fromVariant(center);
+    const QVariantMap perMounting = center.toMap();
+    const QVariant value = firstHeld(perMounting, {QStringLiteral("%1_default").arg(ConvertMountingToString(mounting))});
+    return value.isValid() ? Point::fromVariant(value) : m_defaultCenter;
+}
+
+double LoudspeakerDescriptor::GetCenterOfAudioVerticalAngle(Tolvane::Mounting mounting)
+{
+    const QVariant angle = m_centerOfAudio.value(QStringLiteral("verticalAngle"));
+    if (angle.metaType().id() != QMetaType::QVariantMap)
+        return angle.toDouble();
+    return firstHeld(angle.toMap(), {QStringLiteral("%1_default").arg(ConvertMountingToString(mounting))}).toDouble();
+}
+
+QMap<Tolvane::MechanicalConnectionPoint, Point> LoudspeakerDescriptor::GetMechanicalConnectionPoints(double previousSplayAngle, double nextSplayAngle)
+{
+    struct Corner {
+        const char *name;
+        Tolvane::MechanicalConnectionPoint key;
+        Tolvane::MechanicalConnectionPoint compressionKey;
+        bool top;
+        Point outline;
+    };
+    const double d = m_size.depth();
+    const double h = m_size.height();
+    const Corner corners[] = {
+        {"front, top", Tolvane::FrontTop, Tolvane::FrontTopCompression, true, Point(0.0, 0.0, 0.0)},
+        {"rear, top", Tolvane::RearTop, Tolvane::RearTopCompression, true, Point(-d, 0.0, 0.0)},
+        {"rear, bottom", Tolvane::RearBottom, Tolvane::RearBottomCompression, false, Point(-d, 0.0, -h)},
+        {"front, bottom", Tolvane::FrontBottom, Tolvane::FrontBottomCompression, false, Point(0.0, 0.0, -h)},
+    };
+    // The top corners link to the cabinet before this one, the bottom corners to the one after.
+    const QString previousKey = QStringLiteral("prev_%1").arg(QString::number(previousSplayAngle, 'f', 1));
+    const QString nextKey = QStringLiteral("next_%1").arg(QString::number(nextSplayAngle, 'f', 1));
+    const auto resolve = [&](const QString &name, const QString &linkKey, const Point &fallback) {
+        const auto it = m_mechanicalConnectionPoints.constFind(name);
+        if (it == m_mechanicalConnectionPoints.cend())
+            return fallback;
+        if (isPointForm(it.value()))
+            return Point::fromVariant(it.value());
+        const QVariant value = firstHeld(it.value().toMap(), {linkKey});
+        return value.isValid() ? Point::fromVariant(value) : fallback;
+    };
+
+    QMap<Tolvane::MechanicalConnectionPoint, Point> points;
+    for (const Corner &corner : corners) {
+        const QString name = QLatin1String(corner.name);
+        const QString &linkKey = corner.top ? previousKey : nextKey;
+        const Point point = resolve(name, linkKey, corner.outline);
+        points.insert(corner.key, point);
+        points.insert(corner.compressionKey, resolve(name + QLatin1String(", compression"), linkKey, point));
+    }
+    return points;
+}
+
+Point LoudspeakerDescriptor::GetDefaultCenter() const
+{
+    return m_defaultCenter;
 }
 
 QString LoudspeakerDescriptor::ConvertMountingToString(Tolvane::Mounting mounting)

@@ -2,16 +2,24 @@
 #pragma once
 
 #include "LoudspeakerDescriptor_Interface.h"
+#include "Point.h"
+#include "Size.h"
 #include "Tolvane.h"
 #include "nvloudspeakerpluginsdk_export.h"
 
+#include <QList>
+#include <QMap>
 #include <QObject>
 #include <QString>
+#include <QVariant>
 
 /**
  * One loudspeaker model, read from the JSON descriptor file a plugin ships. A plugin
  * creates it with its root object as parent and registers it with the
  * LoudspeakerDescriptorProvider. Read once in the constructor, read-only afterwards.
+ *
+ * Reading never fails: missing keys keep their defaults, and only an unknown "type" text
+ * (besides the JSON loader and the cabinet shapes) logs a warning.
  */
 class NVLPS_EXPORT LoudspeakerDescriptor : public QObject, public LoudspeakerDescriptor_Interface
 {
@@ -24,12 +32,104 @@ public:
 
     QString GetName() override;
     LoudspeakerSeries_Interface *GetLoudspeakerSeries() const override;
+    QString GetDisplayName() override;
+    QString GetPartNumber(bool withAppendix) override;
+    bool IsDataApproved() const override;
+    Tolvane::LoudspeakerTypeFlags GetType() override;
+    double GetWeight() const override;
+    Size GetSize() override;
+    QString GetCabinetShape() override;
+    double GetTrapAngle() const override;
+    double GetNominalDispersionHor() const override;
+    double GetNominalDispersionVer() const override;
+    double GetFrontEdgeOffset() const override;
+    double GetRearEdgeOffset() const override;
+    bool CanBeUsedInMainArrays() const override;
+    bool CanBeUsedInSubArrays() const override;
+    bool GetShowBeam() const override;
+    bool HasAlternateDispersionMode() const override;
+    bool HasFixedCabinetsPerSubArrayPosition() const override;
+    bool HasTriangulated3dView() const override;
+    int GetDefaultCabinetsPerSubArrayPosition() const override;
+    int GetDefaultCabinetsPerMixedSubArrayPosition() const override;
+    Tolvane::MixedSubArrayFilterMode GetMixedSubArrayFilterMode() override;
+    QMap<QString, QVariant> GetSplayAngles() override;
+    QVariant GetFrontMechanicalConnectionPointDescriptor() override;
+
+    QList<Point> Get3dView(Tolvane::Mounting mounting) override;
+    QList<Point> GetSideView(Tolvane::Mounting mounting) override;
+    QList<Point> GetTopView() override;
+    Point GetMountingPoint(Tolvane::Mounting mounting, const QString &name) override;
+    Point GetConnectionPoint(Tolvane::Mounting mounting, const QString &name) override;
+    Point GetCenterOfGravity(Tolvane::Mounting mounting) override;
+
+    /**
+     * From "centerOfAudio": its member "center" is either a point valid for every mounting,
+     * or a map of points under "<mounting>_default" and "default". Without a match, the
+     * default acoustic centre of the cabinet (see GetDefaultCenter()).
+     */
+    Point GetCenterOfAudio(Tolvane::Mounting mounting) override;
+    /**
+     * From "centerOfAudio": its member "verticalAngle" is either a number of degrees valid for
+     * every mounting, or a map of numbers under "<mounting>_default" and "default"; 0 without a match.
+     */
+    double GetCenterOfAudioVerticalAngle(Tolvane::Mounting mounting) override;
+    /**
+     * From "mechanicalConnectionPoints": each corner entry ("front, top", "rear, top",
+     * "rear, bottom", "front, bottom", and the same followed by ", compression") is either a
+     * point itself (it has "x"), or a map of points under "prev_<angle>" (top corners, with the
+     * previous splay angle) or "next_<angle>" (bottom corners, with the next splay angle), the
+     * angle written with one decimal ("prev_2.5"), and "default". A corner without an entry is
+     * the corner of the cabinet's side outline box: front top (0, 0, 0), rear top (-depth, 0, 0),
+     * rear bottom (-depth, 0, -height), front bottom (0, 0, -height). A compression corner
+     * without an entry is the same as its uncompressed corner.
+     */
+    QMap<Tolvane::MechanicalConnectionPoint, Point> GetMechanicalConnectionPoints(double previousSplayAngle, double nextSplayAngle) override;
+
+    /**
+     * The centre given to source points that bring none: mid-height of the front face,
+     * (0, 0, -height / 2); for a "Monitor" cabinet (-depth / 2, 0, 7/12 of the height).
+     */
+    Point GetDefaultCenter() const;
 
     /// The text of a mounting ("flown", "stacked", …; "invalid" for -1, empty for unknown values).
     static QString ConvertMountingToString(Tolvane::Mounting mounting);
 
 private:
     bool ReadDescriptorFile(const QString &filePath);
+    bool ReadCabinet(const QMap<QString, QVariant> &cabinet);
+    bool CreateShape(const QMap<QString, QVariant> &cabinet);
 
+    bool m_dataApproved = true;
     QString m_name;
+    QString m_partNumber;
+    QString m_partNumberAppendix;
+    QString m_displayName;
+    Tolvane::LoudspeakerTypeFlags m_type;
+    double m_weight = 0.0;
+    double m_nominalDispersionHorizontal = 0.0;
+    double m_nominalDispersionVertical = 0.0;
+    double m_trapAngle = 0.0;
+    double m_frontEdgeOffset = 0.0;
+    double m_rearEdgeOffset = 0.0;
+    bool m_showBeam = false;
+    bool m_canBeUsedInMainArrays = false;
+    bool m_canBeUsedInSubArrays = false;
+    bool m_hasAlternateDispersionMode = false;
+    bool m_hasFixedCabinetsPerSubArrayPosition = false;
+    bool m_hasTriangulated3dView = false;
+    int m_defaultCabinetsPerSubArrayPosition = 1;
+    int m_defaultCabinetsPerMixedSubArrayPosition = 1;
+    Size m_size;
+    QMap<QString, Point> m_mountingPoints;
+    QMap<QString, Point> m_centersOfGravity;
+    QMap<QString, Point> m_connectionPoints;
+    QMap<QString, QVariant> m_centerOfAudio;
+    QMap<QString, QVariant> m_mechanicalConnectionPoints;
+    QMap<QString, QVariant> m_splayAngles;
+    QMap<QString, QList<Point>> m_views;
+    Tolvane::MixedSubArrayFilterMode m_mixedSubArrayFilterMode = Tolvane::MixedSubArrayFilterUndefined;
+    QVariant m_frontLink;
+    QString m_cabinetShape = QStringLiteral("Unknown");
+    Point m_defaultCenter;
 };

@@ -1,0 +1,394 @@
+// SPDX-License-Identifier: MIT
+#include "LoudspeakerDescriptor.h"
+#include "LoudspeakerSeries_Interface.h"
+#include "TestHelpers.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+const QString DataDir = QStringLiteral(":/Resources/loudspeaker/");
+
+bool near(const Point &a, const Point &b)
+{
+    return std::abs(a.x() - b.x()) < 1e-12 && std::abs(a.y() - b.y()) < 1e-12 && std::abs(a.z() - b.z()) < 1e-12;
+}
+
+#define COMPARE_POINT(actual, expected)                                                                                \
+    do {                                                                                                               \
+        const Point actual_ = (actual);                                                                                \
+        const Point expected_ = (expected);                                                                            \
+        if (!near(actual_, expected_))                                                                                 \
+            QCOMPARE(actual_, expected_);                                                                              \
+    } while (false)
+
+class Series : public QObject, public LoudspeakerSeries_Interface
+{
+    Q_OBJECT
+    Q_INTERFACES(LoudspeakerSeries_Interface)
+public:
+    QString GetName() const override { return QStringLiteral("Series"); }
+};
+} // namespace
+
+class tst_LoudspeakerDescriptor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { failOnUnexpectedWarnings(); }
+
+    void readsEveryKey();
+    void defaults_data();
+    void defaults();
+    void typeMapping_data();
+    void typeMapping();
+    void wrongKindsGiveConversionResults();
+    void viewValidation_data();
+    void viewValidation();
+    void outlinesPerMounting_data();
+    void outlinesPerMounting();
+    void namedPoints_data();
+    void namedPoints();
+    void centerOfAudio_data();
+    void centerOfAudio();
+    void defaultCenter_data();
+    void defaultCenter();
+    void mechanicalConnectionPoints_data();
+    void mechanicalConnectionPoints();
+    void seriesThroughParent();
+};
+
+void tst_LoudspeakerDescriptor::readsEveryKey()
+{
+    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("full.json"), nullptr);
+    QVERIFY(qobject_cast<LoudspeakerDescriptor_Interface *>(&descriptor));
+    QVERIFY(!descriptor.IsDataApproved());
+    QCOMPARE(descriptor.GetName(), QStringLiteral("LA12"));
+    QCOMPARE(descriptor.GetPartNumber(false), QStringLiteral("123"));
+    QCOMPARE(descriptor.GetPartNumber(true), QStringLiteral("123.201"));
+    QCOMPARE(descriptor.GetDisplayName(), QStringLiteral("LA 12 Line Array"));
+    QCOMPARE(int(descriptor.GetType()), 0x1010);
+    QCOMPARE(descriptor.GetCabinetShape(), QStringLiteral("Cuboid"));
+    QCOMPARE(descriptor.GetSize(), Size(0.6, 0.4, 0.5));
+    QCOMPARE(descriptor.GetWeight(), 23.5);
+    QCOMPARE(descriptor.GetTrapAngle(), 10.0);
+    QVERIFY(descriptor.HasTriangulated3dView());
+    QCOMPARE(descriptor.GetNominalDispersionHor(), 110.0);
+    QCOMPARE(descriptor.GetNominalDispersionVer(), 12.5);
+    QCOMPARE(descriptor.GetFrontEdgeOffset(), 0.25);
+    QCOMPARE(descriptor.GetRearEdgeOffset(), 0.12);
+    QVERIFY(descriptor.CanBeUsedInMainArrays());
+    QVERIFY(descriptor.CanBeUsedInSubArrays());
+    QVERIFY(descriptor.GetShowBeam());
+    QVERIFY(descriptor.HasAlternateDispersionMode());
+    QVERIFY(descriptor.HasFixedCabinetsPerSubArrayPosition());
+    QCOMPARE(descriptor.GetDefaultCabinetsPerSubArrayPosition(), 3);
+    QCOMPARE(descriptor.GetDefaultCabinetsPerMixedSubArrayPosition(), 2);
+    QCOMPARE(int(descriptor.GetMixedSubArrayFilterMode()), 2);
+    QCOMPARE(descriptor.GetSplayAngles(), (QVariantMap{{QStringLiteral("flown"), QVariantList{0, 1, 2.5, 5}}}));
+    QCOMPARE(descriptor.GetFrontMechanicalConnectionPointDescriptor().toMap().value(QStringLiteral("type")).toString(), QStringLiteral("hinge"));
+    // The cuboid generator drew the views: 6 faces, a 4-corner top and side.
+    QCOMPARE(descriptor.Get3dView(Tolvane::Flown).size(), 24);
+    QCOMPARE(descriptor.GetTopView().size(), 4);
+    QCOMPARE(descriptor.GetSideView(Tolvane::Stacked).size(), 4);
+}
+
+void tst_LoudspeakerDescriptor::defaults_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("warnings");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("cabinetShape");
+    QTest::addColumn<QVariantMap>("splayAngles");
+    QTest::addColumn<int>("type");
+
+    const QVariantMap defaultSplay{{QStringLiteral("default"), QVariantList{0.0}}};
+    QTest::newRow("minimal file") << DataDir + QStringLiteral("minimal.json") << QStringList() << QStringLiteral("Sub18")
+                                  << QStringLiteral("Arbitrary") << defaultSplay << 0x0100;
+    const QString missing = DataDir + QStringLiteral("nowhere.json");
+    QTest::newRow("missing file") << missing
+                                  << QStringList{QStringLiteral("Json file not found: ") + missing, QStringLiteral("File error code: 5"),
+                                                 QStringLiteral("Unknown loudspeaker type: ") + missing}
+                                  << QString() << QStringLiteral("Arbitrary") << defaultSplay << 0;
+    QTest::newRow("blank descriptor") << QString() << QStringList() << QString() << QStringLiteral("Unknown") << QVariantMap() << 0;
+}
+
+void tst_LoudspeakerDescriptor::defaults()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, warnings);
+    QFETCH(QString, name);
+    QFETCH(QString, cabinetShape);
+    QFETCH(QVariantMap, splayAngles);
+    QFETCH(int, type);
+
+    for (const QString &warning : warnings)
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+    LoudspeakerDescriptor descriptor(path, nullptr);
+    QCOMPARE(descriptor.GetName(), name);
+    QCOMPARE(descriptor.GetDisplayName(), name);
+    QCOMPARE(int(descriptor.GetType()), type);
+    QCOMPARE(descriptor.GetCabinetShape(), cabinetShape);
+    QCOMPARE(descriptor.GetSplayAngles(), splayAngles);
+    QVERIFY(descriptor.IsDataApproved());
+    QCOMPARE(descriptor.GetSize(), Size());
+    QCOMPARE(descriptor.GetDefaultCabinetsPerSubArrayPosition(), 1);
+    QCOMPARE(descriptor.GetDefaultCabinetsPerMixedSubArrayPosition(), 1);
+    QCOMPARE(int(descriptor.GetMixedSubArrayFilterMode()), -1);
+    QVERIFY(!descriptor.GetFrontMechanicalConnectionPointDescriptor().isValid());
+    QVERIFY(descriptor.Get3dView(Tolvane::Flown).isEmpty());
+    QVERIFY(descriptor.GetTopView().isEmpty());
+    if (!path.isEmpty())
+        QCOMPARE(descriptor.GetPartNumber(true), QStringLiteral(".000"));
+}
+
+void tst_LoudspeakerDescriptor::typeMapping_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("flags");
+
+    QTest::newRow("narrow dispersion") << QStringLiteral("narrow dispersion") << 0x0001;
+    QTest::newRow("wide dispersion") << QStringLiteral("wide dispersion") << 0x0010;
+    QTest::newRow("Sub") << QStringLiteral("Sub") << 0x0100;
+    QTest::newRow("Top") << QStringLiteral("Top") << 0x1000;
+    QTest::newRow("Point Source") << QStringLiteral("Point Source") << 0x4000;
+    QTest::newRow("line array narrow") << QStringLiteral("Line Array Top, narrow dispersion") << 0x1001;
+    QTest::newRow("line array wide") << QStringLiteral("Line Array Top, wide dispersion") << 0x1010;
+    QTest::newRow("letter case differs") << QStringLiteral("sub") << -1;
+    QTest::newRow("trailing blank") << QStringLiteral("Top ") << -1;
+    QTest::newRow("empty text") << QString() << -1;
+}
+
+void tst_LoudspeakerDescriptor::typeMapping()
+{
+    QFETCH(QString, text);
+    QFETCH(int, flags);
+
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("type.json"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QStringLiteral("{\"name\": \"T\", \"type\": \"%1\"}").arg(text).toUtf8());
+    file.close();
+
+    if (flags < 0)
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("Unknown loudspeaker type: ") + path));
+    LoudspeakerDescriptor descriptor(path, nullptr);
+    QCOMPARE(int(descriptor.GetType()), std::max(flags, 0));
+}
+
+void tst_LoudspeakerDescriptor::wrongKindsGiveConversionResults()
+{
+    const QString path = DataDir + QStringLiteral("wrongtypes.json");
+    QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("Unknown loudspeaker type: ") + path));
+    LoudspeakerDescriptor descriptor(path, nullptr);
+    QCOMPARE(descriptor.GetName(), QString());
+    QCOMPARE(int(descriptor.GetType()), 0);
+    QCOMPARE(descriptor.GetCabinetShape(), QStringLiteral("Arbitrary"));
+    QCOMPARE(descriptor.GetFrontEdgeOffset(), 0.0);
+    // Present but not a number: the conversion's 0, not the default 1.
+    QCOMPARE(descriptor.GetDefaultCabinetsPerSubArrayPosition(), 0);
+    QCOMPARE(int(descriptor.GetMixedSubArrayFilterMode()), 0);
+    QCOMPARE(descriptor.GetNominalDispersionHor(), 0.0);
+    QCOMPARE(descriptor.GetSplayAngles(), (QVariantMap{{QStringLiteral("default"), QVariantList{0.0}}}));
+}
+
+void tst_LoudspeakerDescriptor::viewValidation_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QStringList>("warnings");
+    QTest::addColumn<int>("meshPoints");
+
+    QTest::newRow("drawn views that pass") << QStringLiteral("views.json") << QStringList() << 4;
+    QTest::newRow("broken drawn views")
+        << QStringLiteral("invalidviews.json")
+        << QStringList{QStringLiteral("Validation failed for [name:Broken box] [keys:3D/top/side]: Invalid quad mesh for 3D view."
+                                      "Empty point list for top view.Empty point list for side view.")}
+        << 5;
+    QTest::newRow("unknown shape")
+        << QStringLiteral("unknownshape.json")
+        << QStringList{QStringLiteral("Unknown cabinetShape!"),
+                       QStringLiteral("Validation failed for [name:Barrel] [keys:3D/top/side]: Empty point list for 3D view."
+                                      "Empty point list for top view.Empty point list for side view.")}
+        << 0;
+}
+
+void tst_LoudspeakerDescriptor::viewValidation()
+{
+    QFETCH(QString, file);
+    QFETCH(QStringList, warnings);
+    QFETCH(int, meshPoints);
+
+    for (const QString &warning : warnings)
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+    LoudspeakerDescriptor descriptor(DataDir + file, nullptr);
+    // Validation only reports; the views stay as they came.
+    QCOMPARE(descriptor.Get3dView(Tolvane::Stacked).size(), meshPoints);
+}
+
+void tst_LoudspeakerDescriptor::outlinesPerMounting_data()
+{
+    QTest::addColumn<int>("mounting");
+    QTest::addColumn<Point>("first3d");
+    QTest::addColumn<Point>("firstSide");
+
+    const Point plain3d(0, 0, 0);
+    const Point flown3d(0, 0.1, 0);
+    const Point plainSide(0, 0, 0);
+    QTest::newRow("flown has its own mesh") << int(Tolvane::Flown) << flown3d << plainSide;
+    QTest::newRow("stacked falls back") << int(Tolvane::Stacked) << plain3d << plainSide;
+    QTest::newRow("stacked cart has its own side") << int(Tolvane::StackedCart) << plain3d << Point(0.001, 0, 0.001);
+    QTest::newRow("unknown mounting falls back") << 7 << plain3d << plainSide;
+    QTest::newRow("invalid mounting falls back") << int(Tolvane::Invalid) << plain3d << plainSide;
+}
+
+void tst_LoudspeakerDescriptor::outlinesPerMounting()
+{
+    QFETCH(int, mounting);
+    QFETCH(Point, first3d);
+    QFETCH(Point, firstSide);
+
+    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("views.json"), nullptr);
+    const auto m = static_cast<Tolvane::Mounting>(mounting);
+    COMPARE_POINT(descriptor.Get3dView(m).value(0), first3d);
+    COMPARE_POINT(descriptor.GetSideView(m).value(0), firstSide);
+    QCOMPARE(descriptor.GetTopView(), (QList<Point>{Point(0, 0.15, 0), Point(-0.25, 0.15, 0)}));
+}
+
+void tst_LoudspeakerDescriptor::namedPoints_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<int>("mounting");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Point>("expected");
+
+    const Point front(0.01, 0.02, 0.03);
+    const Point mountingDefault(0.001, 0.002, 0.003);
+    QTest::newRow("mounting point by bare name") << QStringLiteral("mounting") << int(Tolvane::Flown) << QStringLiteral("front") << front;
+    QTest::newRow("mounting point falls back to default") << QStringLiteral("mounting") << int(Tolvane::Flown) << QStringLiteral("rear")
+                                                          << mountingDefault;
+    QTest::newRow("connection point ignores the bare name")
+        << QStringLiteral("connection") << int(Tolvane::Stacked) << QStringLiteral("front") << Point(-0.2, 0, -0.4);
+    QTest::newRow("connection point of the mounting's default")
+        << QStringLiteral("connection") << int(Tolvane::Flown) << QStringLiteral("rear") << Point(-0.1, 0, 0);
+    QTest::newRow("centre of gravity by mounting") << QStringLiteral("gravity") << int(Tolvane::Stacked) << QString() << Point(-0.25, 0, -0.2);
+    QTest::newRow("centre of gravity without default is zero") << QStringLiteral("gravity") << int(Tolvane::Flown) << QString() << Point();
+}
+
+void tst_LoudspeakerDescriptor::namedPoints()
+{
+    QFETCH(QString, query);
+    QFETCH(int, mounting);
+    QFETCH(QString, name);
+    QFETCH(Point, expected);
+
+    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("full.json"), nullptr);
+    const auto m = static_cast<Tolvane::Mounting>(mounting);
+    Point actual;
+    if (query == QLatin1String("mounting"))
+        actual = descriptor.GetMountingPoint(m, name);
+    else if (query == QLatin1String("connection"))
+        actual = descriptor.GetConnectionPoint(m, name);
+    else
+        actual = descriptor.GetCenterOfGravity(m);
+    COMPARE_POINT(actual, expected);
+}
+
+void tst_LoudspeakerDescriptor::centerOfAudio_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("mounting");
+    QTest::addColumn<Point>("center");
+    QTest::addColumn<double>("verticalAngle");
+
+    QTest::newRow("mounting's own centre, general angle") << QStringLiteral("full.json") << int(Tolvane::Flown) << Point(-0.05, 0, -0.15) << -2.0;
+    QTest::newRow("general centre, mounting's own angle") << QStringLiteral("full.json") << int(Tolvane::Stacked) << Point(-0.02, 0, -0.18) << 7.5;
+    QTest::newRow("one centre and angle for all") << QStringLiteral("monitor.json") << int(Tolvane::StackedCart) << Point(-0.1, 0, -0.1) << 35.0;
+    // Without "centerOfAudio": the cabinet's default acoustic centre and no tilt.
+    QTest::newRow("nothing given") << QStringLiteral("views.json") << int(Tolvane::Flown) << Point(0, 0, -0.1) << 0.0;
+}
+
+void tst_LoudspeakerDescriptor::centerOfAudio()
+{
+    QFETCH(QString, file);
+    QFETCH(int, mounting);
+    QFETCH(Point, center);
+    QFETCH(double, verticalAngle);
+
+    LoudspeakerDescriptor descriptor(DataDir + file, nullptr);
+    const auto m = static_cast<Tolvane::Mounting>(mounting);
+    COMPARE_POINT(descriptor.GetCenterOfAudio(m), center);
+    QCOMPARE(descriptor.GetCenterOfAudioVerticalAngle(m), verticalAngle);
+}
+
+void tst_LoudspeakerDescriptor::defaultCenter_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<Point>("center");
+
+    QTest::newRow("box: middle of the front") << QStringLiteral("full.json") << Point(0, 0, -0.2);
+    QTest::newRow("monitor: half depth, 7/12 of the height") << QStringLiteral("monitor.json") << Point(-0.25, 0, 0.4 * 7.0 / 12.0);
+    QTest::newRow("no cabinet") << QStringLiteral("minimal.json") << Point(0, 0, 0);
+}
+
+void tst_LoudspeakerDescriptor::defaultCenter()
+{
+    QFETCH(QString, file);
+    QFETCH(Point, center);
+
+    LoudspeakerDescriptor descriptor(DataDir + file, nullptr);
+    COMPARE_POINT(descriptor.GetDefaultCenter(), center);
+}
+
+void tst_LoudspeakerDescriptor::mechanicalConnectionPoints_data()
+{
+    QTest::addColumn<double>("previous");
+    QTest::addColumn<double>("next");
+    QTest::addColumn<QList<Point>>("expected"); // keys 0 … 7
+
+    const Point frontTop(0.005, 0, -0.005);
+    const Point frontBottom(0, 0, -0.4); // no entry: the corner of the 0.5 x 0.4 side box
+    QTest::newRow("both link keys held") << 2.5 << 5.0
+                                         << QList<Point>{frontTop, Point(-0.48, 0, -0.01), Point(-0.47, 0, -0.38), frontBottom,
+                                                         frontTop, Point(-0.48, 0, -0.01), Point(-0.47, 0, -0.395), frontBottom};
+    // 2.54 is written with one decimal, so it finds prev_2.5; next_2.0 is nowhere.
+    QTest::newRow("angles without link keys") << 2.54 << 2.0
+                                              << QList<Point>{frontTop, Point(-0.48, 0, -0.01), Point(-0.5, 0, -0.4), frontBottom,
+                                                              frontTop, Point(-0.48, 0, -0.01), Point(-0.475, 0, -0.39), frontBottom};
+    QTest::newRow("top falls back to default") << 1.0 << 5.0
+                                               << QList<Point>{frontTop, Point(-0.49, 0, 0), Point(-0.47, 0, -0.38), frontBottom,
+                                                               frontTop, Point(-0.49, 0, 0), Point(-0.47, 0, -0.395), frontBottom};
+}
+
+void tst_LoudspeakerDescriptor::mechanicalConnectionPoints()
+{
+    QFETCH(double, previous);
+    QFETCH(double, next);
+    QFETCH(QList<Point>, expected);
+
+    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("full.json"), nullptr);
+    const auto points = descriptor.GetMechanicalConnectionPoints(previous, next);
+    QCOMPARE(points.size(), 8);
+    for (int key = 0; key < 8; ++key)
+        COMPARE_POINT(points.value(static_cast<Tolvane::MechanicalConnectionPoint>(key)), expected.at(key));
+}
+
+void tst_LoudspeakerDescriptor::seriesThroughParent()
+{
+    Series series;
+    QObject plain;
+    const auto *inSeries = new LoudspeakerDescriptor(QString(), &series);
+    const auto *elsewhere = new LoudspeakerDescriptor(QString(), &plain);
+    LoudspeakerDescriptor orphan(QString(), nullptr);
+    QCOMPARE(inSeries->GetLoudspeakerSeries(), static_cast<LoudspeakerSeries_Interface *>(&series));
+    QCOMPARE(elsewhere->GetLoudspeakerSeries(), nullptr);
+    QCOMPARE(orphan.GetLoudspeakerSeries(), nullptr);
+}
+
+QTEST_GUILESS_MAIN(tst_LoudspeakerDescriptor)
+#include "tst_loudspeakerdescriptor.moc"
