@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "LoudspeakerDescriptor.h"
 #include "LoudspeakerSeries_Interface.h"
+#include "SourcePointDescriptor.h"
 #include "TestHelpers.h"
 
 #include <QTemporaryDir>
@@ -59,6 +60,9 @@ private Q_SLOTS:
     void defaultCenter();
     void mechanicalConnectionPoints_data();
     void mechanicalConnectionPoints();
+    void sourcePoints();
+    void contourCoupling_data();
+    void contourCoupling();
     void seriesThroughParent();
 };
 
@@ -144,6 +148,14 @@ void tst_LoudspeakerDescriptor::defaults()
     QVERIFY(descriptor.GetTopView().isEmpty());
     if (!path.isEmpty())
         QCOMPARE(descriptor.GetPartNumber(true), QStringLiteral(".000"));
+    // Without source points, the channel queries have nothing to ask.
+    QVERIFY(descriptor.GetSourcePointDescriptors().isEmpty());
+    QCOMPARE(descriptor.GetDefaultAmplifier(), QString());
+    QCOMPARE(descriptor.GetDefaultChannelCount(), 0);
+    QCOMPARE(descriptor.GetSwitchDescription(5, Tolvane::Flown), QString());
+    QVERIFY(!descriptor.HasBalloonData());
+    QVERIFY(!descriptor.SupportsContourCpl(Tolvane::Flown));
+    QVERIFY(descriptor.GetSpeakerIds().isEmpty());
 }
 
 void tst_LoudspeakerDescriptor::typeMapping_data()
@@ -376,6 +388,50 @@ void tst_LoudspeakerDescriptor::mechanicalConnectionPoints()
     QCOMPARE(points.size(), 8);
     for (int key = 0; key < 8; ++key)
         COMPARE_POINT(points.value(static_cast<Tolvane::MechanicalConnectionPoint>(key)), expected.at(key));
+}
+
+void tst_LoudspeakerDescriptor::sourcePoints()
+{
+    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("sourcepoints.json"), nullptr);
+    const QList<SourcePointDescriptor *> points = descriptor.GetSourcePointDescriptors();
+    QCOMPARE(points.size(), 2);
+    QCOMPARE(points.at(0)->GetName(), QStringLiteral("HF"));
+    QCOMPARE(points.at(1)->GetName(), QStringLiteral("LF"));
+    QCOMPARE(points.at(0)->parent(), &descriptor);
+    // The first point brings no centre and sits at the cuboid's default; the second keeps its own.
+    QCOMPARE(points.at(0)->GetCenterMap().keys(), QStringList{QStringLiteral("default")});
+    COMPARE_POINT(points.at(0)->GetCenter(Tolvane::Stacked), Point(0.0, 0.0, -0.2));
+    COMPARE_POINT(points.at(1)->GetCenter(Tolvane::Flown), Point(-0.1, 0.0, -0.3));
+
+    QCOMPARE(descriptor.GetDefaultAmplifier(), QStringLiteral("D80"));
+    QCOMPARE(descriptor.GetDefaultChannelCount(), 2); // the flown default setup of the first point
+    QCOMPARE(descriptor.GetSwitchDescription(5, Tolvane::Flown), QStringLiteral("CPL_5 mid"));
+    QCOMPARE(descriptor.GetSwitchDescription(4, Tolvane::StackedHorizontal), QStringLiteral("CPL_5 low"));
+    QVERIFY(descriptor.HasBalloonData()); // only the second point lists a balloon file
+    // Setup order within each point, each id once: the second point's 12 is already there.
+    QCOMPARE(descriptor.GetSpeakerIds(), (QList<int>{11, 12, 13, 14, 20}));
+}
+
+void tst_LoudspeakerDescriptor::contourCoupling_data()
+{
+    QTest::addColumn<Tolvane::Mounting>("mounting");
+    QTest::addColumn<bool>("supported");
+
+    QTest::newRow("switch 5 starts with the marker") << Tolvane::Flown << true;
+    QTest::newRow("switch 4 starts with the marker") << Tolvane::StackedHorizontal << true;
+    QTest::newRow("marker in lower case") << Tolvane::Stacked << false;
+    QTest::newRow("marker inside the text") << Tolvane::FlownHorizontal << false;
+    QTest::newRow("default key without a setup") << Tolvane::StackedCart << false;
+    QTest::newRow("no default key") << Tolvane::FlownInstall << false;
+}
+
+void tst_LoudspeakerDescriptor::contourCoupling()
+{
+    QFETCH(Tolvane::Mounting, mounting);
+    QFETCH(bool, supported);
+
+    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("sourcepoints.json"), nullptr);
+    QCOMPARE(descriptor.SupportsContourCpl(mounting), supported);
 }
 
 void tst_LoudspeakerDescriptor::seriesThroughParent()

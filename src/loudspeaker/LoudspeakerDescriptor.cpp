@@ -2,10 +2,14 @@
 #include "LoudspeakerDescriptor.h"
 
 #include "CabinetShapeCreator.h"
+#include "DspChannelDescriptor.h"
 #include "JsonFileLoader.h"
 #include "LoudspeakerSeries_Interface.h"
+#include "LoudspeakerSetup.h"
+#include "SourcePointDescriptor.h"
 #include "Warning_p.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 namespace {
@@ -106,6 +110,15 @@ bool LoudspeakerDescriptor::ReadDescriptorFile(const QString &filePath)
         m_splayAngles.insert(DefaultKey, QVariantList{0.0});
     m_mechanicalConnectionPoints = file.value(QStringLiteral("mechanicalConnectionPoints"), QVariantMap()).toMap();
     m_frontLink = file.value(QStringLiteral("frontLink"));
+
+    const QVariantList sourcePoints = file.value(QStringLiteral("sourcePoints"), QVariantList()).toList();
+    for (const QVariant &entry : sourcePoints) {
+        auto *sourcePoint = new SourcePointDescriptor(this);
+        sourcePoint->Read(entry.toMap());
+        if (sourcePoint->GetCenterMap().isEmpty())
+            sourcePoint->SetCenterMap({{DefaultKey, m_defaultCenter}});
+        m_sourcePoints.append(sourcePoint);
+    }
     return true;
 }
 
@@ -367,6 +380,76 @@ QMap<Tolvane::MechanicalConnectionPoint, Point> LoudspeakerDescriptor::GetMechan
         points.insert(corner.compressionKey, resolve(name + QLatin1String(", compression"), linkKey, point));
     }
     return points;
+}
+
+QList<SourcePointDescriptor *> LoudspeakerDescriptor::GetSourcePointDescriptors()
+{
+    return m_sourcePoints;
+}
+
+SourcePointDescriptor *LoudspeakerDescriptor::FirstSourcePoint() const
+{
+    for (SourcePointDescriptor *sourcePoint : m_sourcePoints) {
+        if (sourcePoint)
+            return sourcePoint;
+    }
+    return nullptr;
+}
+
+QString LoudspeakerDescriptor::GetDefaultAmplifier()
+{
+    SourcePointDescriptor *sourcePoint = FirstSourcePoint();
+    return sourcePoint ? sourcePoint->GetDefaultAmplifier() : QString();
+}
+
+int LoudspeakerDescriptor::GetDefaultChannelCount()
+{
+    SourcePointDescriptor *sourcePoint = FirstSourcePoint();
+    DspChannelDescriptor *channel = sourcePoint ? sourcePoint->GetDspChannelDescriptor(sourcePoint->GetDefaultAmplifier()) : nullptr;
+    if (!channel)
+        return 0;
+    const QMap<int, LoudspeakerSetup *> setups = channel->GetLoudspeakerSetups();
+    LoudspeakerSetup *setup = setups.value(channel->GetDefaultLoudspeakerSetupKey(Tolvane::Flown));
+    if (!setup && !setups.isEmpty())
+        setup = setups.first();
+    return setup ? setup->getAmpChannelCount() : 0;
+}
+
+QString LoudspeakerDescriptor::GetSwitchDescription(int switchId, Tolvane::Mounting mounting)
+{
+    SourcePointDescriptor *sourcePoint = FirstSourcePoint();
+    return sourcePoint ? sourcePoint->GetSwitchDescription(switchId, mounting) : QString();
+}
+
+bool LoudspeakerDescriptor::HasBalloonData()
+{
+    return std::any_of(m_sourcePoints.cbegin(), m_sourcePoints.cend(),
+                       [](const SourcePointDescriptor *sourcePoint) { return sourcePoint && sourcePoint->HasBalloonFiles(); });
+}
+
+bool LoudspeakerDescriptor::SupportsContourCpl(Tolvane::Mounting mounting) const
+{
+    // Unlike the other source-point queries, this one asks the first entry as it stands.
+    if (m_sourcePoints.isEmpty() || !m_sourcePoints.first())
+        return false;
+    SourcePointDescriptor *sourcePoint = m_sourcePoints.first();
+    const QLatin1String contour("CPL_5");
+    return sourcePoint->GetSwitchDescription(4, mounting).startsWith(contour)
+        || sourcePoint->GetSwitchDescription(5, mounting).startsWith(contour);
+}
+
+QList<int> LoudspeakerDescriptor::GetSpeakerIds()
+{
+    QList<int> ids;
+    for (SourcePointDescriptor *sourcePoint : std::as_const(m_sourcePoints)) {
+        if (!sourcePoint)
+            continue;
+        for (int id : sourcePoint->GetSpeakerIds()) {
+            if (!ids.contains(id))
+                ids.append(id);
+        }
+    }
+    return ids;
 }
 
 Point LoudspeakerDescriptor::GetDefaultCenter() const

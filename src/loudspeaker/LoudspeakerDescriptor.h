@@ -86,6 +86,14 @@ public:
      */
     QMap<Tolvane::MechanicalConnectionPoint, Point> GetMechanicalConnectionPoints(double previousSplayAngle, double nextSplayAngle) override;
 
+    QList<SourcePointDescriptor *> GetSourcePointDescriptors() override;
+    QString GetDefaultAmplifier() override;
+    int GetDefaultChannelCount() override;
+    QString GetSwitchDescription(int switchId, Tolvane::Mounting mounting) override;
+    bool HasBalloonData() override;
+    bool SupportsContourCpl(Tolvane::Mounting mounting) const override;
+    QList<int> GetSpeakerIds() override;
+
     /**
      * The centre given to source points that bring none: mid-height of the front face,
      * (0, 0, -height / 2); for a "Monitor" cabinet (-depth / 2, 0, 7/12 of the height).
@@ -96,6 +104,7 @@ public:
     static QString ConvertMountingToString(Tolvane::Mounting mounting);
 
 private:
+    SourcePointDescriptor *FirstSourcePoint() const;
     bool ReadDescriptorFile(const QString &filePath);
     bool ReadCabinet(const QMap<QString, QVariant> &cabinet);
     bool CreateShape(const QMap<QString, QVariant> &cabinet);
@@ -132,4 +141,5 @@ private:
     QVariant m_frontLink;
     QString m_cabinetShape = QStringLiteral("Unknown");
     Point m_defaultCenter;
+    QList<SourcePointDescriptor *> m_sourcePoints;
 };

@@ -12,6 +12,7 @@
 #include <QVariant>
 
 class LoudspeakerSeries_Interface;
+class SourcePointDescriptor;
 
 /**
  * What the host may ask of a loudspeaker model (implemented by LoudspeakerDescriptor).
@@ -81,6 +82,25 @@ public:
      * (above, linked at the top corners) and after it (below, linked at the bottom corners).
      */
     virtual QMap<Tolvane::MechanicalConnectionPoint, Point> GetMechanicalConnectionPoints(double previousSplayAngle, double nextSplayAngle) = 0;
+
+    /// The acoustic source points, in file order; owned by the descriptor.
+    virtual QList<SourcePointDescriptor *> GetSourcePointDescriptors() = 0;
+    /// The amplifier of the first source point ("D80"); empty without source points.
+    virtual QString GetDefaultAmplifier() = 0;
+    /**
+     * The amplifier channels one cabinet takes by default: the "ampChannelCount" of the first
+     * source point's default flown controller setup (its lowest-keyed setup when that key has
+     * none); 0 without source points or setups.
+     */
+    virtual int GetDefaultChannelCount() = 0;
+    /// The description of a switch in the first source point's default setup for a mounting.
+    virtual QString GetSwitchDescription(int switchId, Tolvane::Mounting mounting) = 0;
+    /// Whether any source point lists a balloon data file that exists and is not empty.
+    virtual bool HasBalloonData() = 0;
+    /// Whether the first source point's default setup offers contour coupling (switch 4 or 5 "CPL_5…").
+    virtual bool SupportsContourCpl(Tolvane::Mounting mounting) const = 0;
+    /// The speaker ids of all source points' controller setups, in source-point order, each once.
+    virtual QList<int> GetSpeakerIds() = 0;
 };
 
 #define LoudspeakerDescriptor_Interface_iid "com.norvik.Tolvane.LoudspeakerDescriptor_Interface/1.2"
