@@ -65,6 +65,24 @@ QMap<QString, QList<Point>> views(const QList<Point> &mesh, const QList<Point> &
 {
     return {{QStringLiteral("3D"), mesh}, {QStringLiteral("top"), projectedXY(top)}, {QStringLiteral("side"), projectedXZ(side)}};
 }
+
+/// The eight-corner box of the plain and tapered cabinets, from its front half width and its
+/// right rear top corner P2; the left corners mirror the right, the bottom ones the top.
+QMap<QString, QList<Point>> eightCornerBox(double halfWidth, const Point &rearTopRight, double height)
+{
+    const Point p1(0.0, halfWidth, 0.0, QStringLiteral("P1"));
+    const Point p2 = named(rearTopRight, "P2");
+    const Point p3 = named(Point(p2).mirrorY(), "P3");
+    const Point p4 = named(Point(p1).mirrorY(), "P4");
+    const Point p5 = below(p1, -height, "P5");
+    const Point p6 = below(p2, -height, "P6");
+    const Point p7 = below(p3, -height, "P7");
+    const Point p8 = below(p4, -height, "P8");
+
+    // Right wall, rear, left wall, front, top, bottom.
+    const QList<Point> mesh{p1, p2, p6, p5, p2, p3, p7, p6, p3, p4, p8, p7, p4, p1, p5, p8, p3, p2, p1, p4, p8, p5, p6, p7};
+    return views(mesh, {p1, p2, p3, p4}, {p1, p2, p6, p5});
+}
 } // namespace
 
 QMap<QString, QList<Point>> CabinetShapeCreator::CreateCabinetShapeData(const QMap<QString, QVariant> &parameters, const QString &cabinetShape)
@@ -188,37 +206,14 @@ QMap<QString, QList<Point>> CabinetShapeCreator::CreateShapeArbitrary(const QMap
 
 QMap<QString, QList<Point>> CabinetShapeCreator::CreateShapeCuboidOrTrapezoidal(const CabinetShapeBasic &shape)
 {
-    const double h = shape.height;
-    const Point p1(0.0, shape.width * 0.5, 0.0, QStringLiteral("P1"));
-    const Point p2(-shape.depth, shape.width * 0.5 - shape.trapInset, 0.0, QStringLiteral("P2"));
-    const Point p3 = named(Point(p2).mirrorY(), "P3");
-    const Point p4 = named(Point(p1).mirrorY(), "P4");
-    const Point p5 = below(p1, -h, "P5");
-    const Point p6 = below(p2, -h, "P6");
-    const Point p7 = below(p3, -h, "P7");
-    const Point p8 = below(p4, -h, "P8");
-
-    // Right wall, rear, left wall, front, top, bottom.
-    const QList<Point> mesh{p1, p2, p6, p5, p2, p3, p7, p6, p3, p4, p8, p7, p4, p1, p5, p8, p3, p2, p1, p4, p8, p5, p6, p7};
-    return views(mesh, {p1, p2, p3, p4}, {p1, p2, p6, p5});
+    return eightCornerBox(shape.width * 0.5, Point(-shape.depth, shape.width * 0.5 - shape.trapInset, 0.0), shape.height);
 }
 
 QMap<QString, QList<Point>> CabinetShapeCreator::CreateShapeTrapezoidalLying(const CabinetShapeBasic &shape)
 {
     // The taper is vertical: the rear top edge drops by the inset and, mirrored, the rear
     // bottom edge rises by it.
-    const double h = shape.height;
-    const Point p1(0.0, shape.width * 0.5, 0.0, QStringLiteral("P1"));
-    const Point p2(-shape.depth, shape.width * 0.5, -shape.trapInset, QStringLiteral("P2"));
-    const Point p3 = named(Point(p2).mirrorY(), "P3");
-    const Point p4 = named(Point(p1).mirrorY(), "P4");
-    const Point p5 = below(p1, -h, "P5");
-    const Point p6 = below(p2, -h, "P6");
-    const Point p7 = below(p3, -h, "P7");
-    const Point p8 = below(p4, -h, "P8");
-
-    const QList<Point> mesh{p1, p2, p6, p5, p2, p3, p7, p6, p3, p4, p8, p7, p4, p1, p5, p8, p3, p2, p1, p4, p8, p5, p6, p7};
-    return views(mesh, {p1, p2, p3, p4}, {p1, p2, p6, p5});
+    return eightCornerBox(shape.width * 0.5, Point(-shape.depth, shape.width * 0.5, -shape.trapInset), shape.height);
 }
 
 QMap<QString, QList<Point>> CabinetShapeCreator::CreateShapeCuboidTrapped(const CabinetShapeCuboidTrapped &shape)
