@@ -4,6 +4,8 @@
 
 #include "Point.h"
 
+#include <QTest>
+
 #include <QHash>
 #include <QList>
 #include <QString>
@@ -93,17 +95,10 @@ struct Box {
 
 inline Box boundingBox(const QList<Point> &points)
 {
-    Box box;
-    if (points.isEmpty())
-        return box;
-    box = {points.first().x(), points.first().x(), points.first().y(), points.first().y(), points.first().z(), points.first().z()};
+    Box box{qInf(), -qInf(), qInf(), -qInf(), qInf(), -qInf()};
     for (const Point &p : points) {
-        box.minX = std::min(box.minX, p.x());
-        box.maxX = std::max(box.maxX, p.x());
-        box.minY = std::min(box.minY, p.y());
-        box.maxY = std::max(box.maxY, p.y());
-        box.minZ = std::min(box.minZ, p.z());
-        box.maxZ = std::max(box.maxZ, p.z());
+        box = {std::min(box.minX, p.x()), std::max(box.maxX, p.x()), std::min(box.minY, p.y()),
+               std::max(box.maxY, p.y()), std::min(box.minZ, p.z()), std::max(box.maxZ, p.z())};
     }
     return box;
 }
@@ -117,4 +112,28 @@ inline QString names(const QList<Point> &points)
     return list.join(QLatin1Char(' '));
 }
 
+inline bool near(double a, double b, double tolerance = 1e-12)
+{
+    return std::abs(a - b) <= tolerance;
+}
+
+/// The first point called `name`, or a NaN point that compares unequal to anything.
+inline Point find(const QList<Point> &points, const QString &name)
+{
+    for (const Point &p : points) {
+        if (p.GetName() == name)
+            return p;
+    }
+    return Point(qQNaN(), qQNaN(), qQNaN(), QStringLiteral("missing ") + name);
+}
+
 } // namespace ShapeMeshChecks
+
+// Coordinates within 1e-12 m; on a mismatch QCOMPARE prints both points.
+#define COMPARE_POINT(actual, ex, ey, ez)                                                                              \
+    do {                                                                                                               \
+        const Point actual_ = (actual);                                                                                \
+        if (!ShapeMeshChecks::near(actual_.x(), (ex)) || !ShapeMeshChecks::near(actual_.y(), (ey))                    \
+            || !ShapeMeshChecks::near(actual_.z(), (ez)))                                                              \
+            QCOMPARE(actual_, Point((ex), (ey), (ez), actual_.GetName()));                                             \
+    } while (false)

