@@ -4,14 +4,11 @@
 
 #include "Point.h"
 
-#include <QTest>
-
 #include <QHash>
 #include <QList>
-#include <QString>
 #include <QStringList>
+#include <QTest>
 
-#include <array>
 #include <cmath>
 
 namespace ShapeMeshChecks {
@@ -23,9 +20,8 @@ inline QString cornerKey(const Point &p)
     return r(p.x()) + QLatin1Char(',') + r(p.y()) + QLatin1Char(',') + r(p.z());
 }
 
-/// Empty when every directed edge occurs exactly once and its reverse exactly once (a closed,
-/// consistently wound surface: every edge shared by exactly two faces); otherwise a description
-/// of the first fault.
+/// Empty when every directed edge occurs once and its reverse once (a closed, consistently
+/// wound surface); otherwise the first fault.
 inline QString closureFault(const QList<Point> &mesh)
 {
     if (mesh.size() % 4 != 0)
@@ -60,21 +56,18 @@ inline double worstPlanarity(const QList<Point> &mesh)
             const Point &b = mesh.at(f + (skip + 2) % 4);
             const Point &c = mesh.at(f + (skip + 3) % 4);
             const Point &d = mesh.at(f + skip);
-            const std::array<double, 3> u{b.x() - a.x(), b.y() - a.y(), b.z() - a.z()};
-            const std::array<double, 3> v{c.x() - a.x(), c.y() - a.y(), c.z() - a.z()};
-            const std::array<double, 3> n{u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
-            const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
-            if (length < 1e-12)
-                continue; // three collinear corners: no plane to measure against
-            const double distance = std::abs(n[0] * (d.x() - a.x()) + n[1] * (d.y() - a.y()) + n[2] * (d.z() - a.z())) / length;
-            worst = std::max(worst, distance);
+            const Point u = b - a;
+            const Point v = c - a;
+            const Point n(u.y() * v.z() - u.z() * v.y(), u.z() * v.x() - u.x() * v.z(), u.x() * v.y() - u.y() * v.x());
+            const double length = std::sqrt(n.x() * n.x() + n.y() * n.y() + n.z() * n.z());
+            if (length >= 1e-12) // three collinear corners span no plane
+                worst = std::max(worst, std::abs(n.x() * (d.x() - a.x()) + n.y() * (d.y() - a.y()) + n.z() * (d.z() - a.z())) / length);
         }
     }
     return worst;
 }
 
-/// Volume enclosed by the mesh, by the divergence theorem over a fan of each face; its sign
-/// tells the winding (negative: corners run clockwise seen from outside, as the box shapes do).
+/// Enclosed volume by the divergence theorem; negative when corners run clockwise seen from outside.
 inline double signedVolume(const QList<Point> &mesh)
 {
     double volume = 0.0;
@@ -103,7 +96,6 @@ inline Box boundingBox(const QList<Point> &points)
     return box;
 }
 
-/// Names of the points, in order, joined by spaces.
 inline QString names(const QList<Point> &points)
 {
     QStringList list;
@@ -117,7 +109,7 @@ inline bool near(double a, double b, double tolerance = 1e-12)
     return std::abs(a - b) <= tolerance;
 }
 
-/// The first point called `name`, or a NaN point that compares unequal to anything.
+/// The first point called `name`, or a NaN point.
 inline Point find(const QList<Point> &points, const QString &name)
 {
     for (const Point &p : points) {

@@ -88,13 +88,6 @@ private Q_SLOTS:
         QCOMPARE(Point(1, 2, 3, "n").projectionXY().GetName(), QStringLiteral("n"));
     }
 
-    void arithmeticKeepsTheLeftName()
-    {
-        const Point difference = Point(1, 2, 3, "a") - Point(0.5, 0.5, 0.5, "b");
-        QCOMPARE(difference, Point(0.5, 1.5, 2.5));
-        QCOMPARE(difference.GetName(), QStringLiteral("a"));
-    }
-
     void dataStreamRoundTrip()
     {
         QByteArray bytes;
