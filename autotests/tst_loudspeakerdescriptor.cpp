@@ -50,10 +50,8 @@ private Q_SLOTS:
     void wrongKindsGiveConversionResults();
     void viewValidation_data();
     void viewValidation();
-    void outlinesPerMounting_data();
-    void outlinesPerMounting();
-    void namedPoints_data();
-    void namedPoints();
+    void pointsPerMounting_data();
+    void pointsPerMounting();
     void centerOfAudio_data();
     void centerOfAudio();
     void mechanicalConnectionPoints_data();
@@ -229,70 +227,57 @@ void tst_LoudspeakerDescriptor::viewValidation()
     QCOMPARE(descriptor.Get3dView(Tolvane::Stacked).size(), meshPoints);
 }
 
-void tst_LoudspeakerDescriptor::outlinesPerMounting_data()
+void tst_LoudspeakerDescriptor::pointsPerMounting_data()
 {
-    QTest::addColumn<int>("mounting");
-    QTest::addColumn<Point>("first3d");
-    QTest::addColumn<Point>("firstSide");
-
-    const Point plain3d(0, 0, 0);
-    const Point flown3d(0, 0.1, 0);
-    const Point plainSide(0, 0, 0);
-    QTest::newRow("flown has its own mesh") << int(Tolvane::Flown) << flown3d << plainSide;
-    QTest::newRow("stacked falls back") << int(Tolvane::Stacked) << plain3d << plainSide;
-    QTest::newRow("stacked cart has its own side") << int(Tolvane::StackedCart) << plain3d << Point(0.001, 0, 0.001);
-    QTest::newRow("unknown mounting falls back") << 7 << plain3d << plainSide;
-}
-
-void tst_LoudspeakerDescriptor::outlinesPerMounting()
-{
-    QFETCH(int, mounting);
-    QFETCH(Point, first3d);
-    QFETCH(Point, firstSide);
-
-    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("views.json"), nullptr);
-    const auto m = static_cast<Tolvane::Mounting>(mounting);
-    COMPARE_POINT(descriptor.Get3dView(m).value(0), first3d);
-    COMPARE_POINT(descriptor.GetSideView(m).value(0), firstSide);
-    QCOMPARE(descriptor.GetTopView(), (QList<Point>{Point(0, 0.15, 0), Point(-0.25, 0.15, 0)}));
-}
-
-void tst_LoudspeakerDescriptor::namedPoints_data()
-{
+    QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("query");
     QTest::addColumn<int>("mounting");
     QTest::addColumn<QString>("name");
     QTest::addColumn<Point>("expected");
 
-    const Point front(0.01, 0.02, 0.03);
-    const Point mountingDefault(0.001, 0.002, 0.003);
-    QTest::newRow("mounting point by bare name") << QStringLiteral("mounting") << int(Tolvane::Flown) << QStringLiteral("front") << front;
-    QTest::newRow("mounting point falls back to default") << QStringLiteral("mounting") << int(Tolvane::Flown) << QStringLiteral("rear")
-                                                          << mountingDefault;
-    QTest::newRow("connection point ignores the bare name")
-        << QStringLiteral("connection") << int(Tolvane::Stacked) << QStringLiteral("front") << Point(-0.2, 0, -0.4);
-    QTest::newRow("connection point of the mounting's default")
-        << QStringLiteral("connection") << int(Tolvane::Flown) << QStringLiteral("rear") << Point(-0.1, 0, 0);
-    QTest::newRow("centre of gravity by mounting") << QStringLiteral("gravity") << int(Tolvane::Stacked) << QString() << Point(-0.25, 0, -0.2);
-    QTest::newRow("centre of gravity without default is zero") << QStringLiteral("gravity") << int(Tolvane::Flown) << QString() << Point();
+    const QString full = QStringLiteral("full.json");
+    const QString views = QStringLiteral("views.json");
+    const int flown = Tolvane::Flown;
+    const int stacked = Tolvane::Stacked;
+    // Mounting points accept a bare name; connection points never do.
+    QTest::newRow("mounting point by bare name") << full << "mounting" << flown << "front" << Point(0.01, 0.02, 0.03);
+    QTest::newRow("mounting point falls back to default") << full << "mounting" << flown << "rear" << Point(0.001, 0.002, 0.003);
+    QTest::newRow("connection point ignores the bare name") << full << "connection" << stacked << "front" << Point(-0.2, 0, -0.4);
+    QTest::newRow("connection point of the mounting's default") << full << "connection" << flown << "rear" << Point(-0.1, 0, 0);
+    QTest::newRow("centre of gravity by mounting") << full << "gravity" << stacked << "" << Point(-0.25, 0, -0.2);
+    QTest::newRow("centre of gravity without default is zero") << full << "gravity" << flown << "" << Point();
+    // Drawn views: the first corner tells which outline was picked.
+    QTest::newRow("flown has its own mesh") << views << "3D" << flown << "" << Point(0, 0.1, 0);
+    QTest::newRow("stacked mesh falls back") << views << "3D" << stacked << "" << Point();
+    QTest::newRow("unknown mounting falls back") << views << "3D" << 7 << "" << Point();
+    QTest::newRow("stacked side falls back") << views << "side" << stacked << "" << Point();
+    QTest::newRow("stacked cart has its own side") << views << "side" << int(Tolvane::StackedCart) << "" << Point(0.001, 0, 0.001);
+    QTest::newRow("one top view") << views << "top" << flown << "" << Point(0, 0.15, 0);
 }
 
-void tst_LoudspeakerDescriptor::namedPoints()
+void tst_LoudspeakerDescriptor::pointsPerMounting()
 {
+    QFETCH(QString, file);
     QFETCH(QString, query);
     QFETCH(int, mounting);
     QFETCH(QString, name);
     QFETCH(Point, expected);
 
-    LoudspeakerDescriptor descriptor(DataDir + QStringLiteral("full.json"), nullptr);
+    LoudspeakerDescriptor descriptor(DataDir + file, nullptr);
     const auto m = static_cast<Tolvane::Mounting>(mounting);
     Point actual;
     if (query == QLatin1String("mounting"))
         actual = descriptor.GetMountingPoint(m, name);
     else if (query == QLatin1String("connection"))
         actual = descriptor.GetConnectionPoint(m, name);
-    else
+    else if (query == QLatin1String("gravity"))
         actual = descriptor.GetCenterOfGravity(m);
+    else if (query == QLatin1String("3D"))
+        actual = descriptor.Get3dView(m).value(0);
+    else if (query == QLatin1String("side"))
+        actual = descriptor.GetSideView(m).value(0);
+    else
+        actual = descriptor.GetTopView().value(0);
     COMPARE_POINT(actual, expected);
 }
 
