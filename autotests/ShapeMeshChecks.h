@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Independent checks on the quad meshes of the cabinet shapes.
+// Independent checks on quad meshes and points, shared by the geometry tests.
 #pragma once
 
 #include "Point.h"
@@ -128,4 +128,10 @@ inline Point find(const QList<Point> &points, const QString &name)
         if (!ShapeMeshChecks::near(actual_.x(), (ex)) || !ShapeMeshChecks::near(actual_.y(), (ey))                    \
             || !ShapeMeshChecks::near(actual_.z(), (ez)))                                                              \
             QCOMPARE(actual_, Point((ex), (ey), (ez), actual_.GetName()));                                             \
+    } while (false)
+
+#define COMPARE_POINT_TO(actual, expected)                                                                             \
+    do {                                                                                                               \
+        const Point expected_ = (expected);                                                                            \
+        COMPARE_POINT(actual, expected_.x(), expected_.y(), expected_.z());                                            \
     } while (false)

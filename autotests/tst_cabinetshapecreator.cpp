@@ -165,7 +165,7 @@ void tst_CabinetShapeCreator::bentGrill()
     const QList<Point> points = CabinetShapeCreator::CalculateBentGrillPointCoordinates(sections, 0.02, 0.5, totalAngle);
     QCOMPARE(points.size(), expected.size());
     for (qsizetype i = 0; i < points.size(); ++i)
-        COMPARE_POINT(points.at(i), expected.at(i).x(), expected.at(i).y(), expected.at(i).z());
+        COMPARE_POINT_TO(points.at(i), expected.at(i));
 }
 
 void tst_CabinetShapeCreator::arbitraryTakesFileViews()
@@ -268,12 +268,12 @@ void tst_CabinetShapeCreator::boxShapes()
         QVERIFY2(near(signedVolume(mesh), -volume), qPrintable(QString::number(signedVolume(mesh), 'g', 17)));
     }
     for (const Point &corner : std::as_const(corners))
-        COMPARE_POINT(find(mesh, corner.GetName()), corner.x(), corner.y(), corner.z());
+        COMPARE_POINT_TO(find(mesh, corner.GetName()), corner);
 
     const QList<Point> sideView = result.value(QStringLiteral("side"));
     QCOMPARE(names(sideView), names(side));
     for (qsizetype i = 0; i < side.size(); ++i)
-        COMPARE_POINT(sideView.at(i), side.at(i).x(), side.at(i).y(), side.at(i).z());
+        COMPARE_POINT_TO(sideView.at(i), side.at(i));
 
     // The top view is the named mesh corners seen from above.
     const QList<Point> topView = result.value(QStringLiteral("top"));

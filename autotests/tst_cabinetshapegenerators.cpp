@@ -231,7 +231,7 @@ void tst_CabinetShapeGenerators::corners()
     QFETCH(Point, expected);
 
     const QList<Point> mesh = CabinetShapeCreator::CreateCabinetShapeData(parameters, shape).value(QStringLiteral("3D"));
-    COMPARE_POINT(find(mesh, expected.GetName()), expected.x(), expected.y(), expected.z());
+    COMPARE_POINT_TO(find(mesh, expected.GetName()), expected);
 }
 
 void tst_CabinetShapeGenerators::monitorGrillFollowsTheArc()

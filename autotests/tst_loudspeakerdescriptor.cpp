@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "LoudspeakerDescriptor.h"
 #include "LoudspeakerSeries_Interface.h"
+#include "ShapeMeshChecks.h"
 #include "SourcePointDescriptor.h"
 #include "TestHelpers.h"
 
@@ -12,19 +13,6 @@
 
 namespace {
 const QString DataDir = QStringLiteral(":/Resources/loudspeaker/");
-
-bool near(const Point &a, const Point &b)
-{
-    return std::abs(a.x() - b.x()) < 1e-12 && std::abs(a.y() - b.y()) < 1e-12 && std::abs(a.z() - b.z()) < 1e-12;
-}
-
-#define COMPARE_POINT(actual, expected)                                                                                \
-    do {                                                                                                               \
-        const Point actual_ = (actual);                                                                                \
-        const Point expected_ = (expected);                                                                            \
-        if (!near(actual_, expected_))                                                                                 \
-            QCOMPARE(actual_, expected_);                                                                              \
-    } while (false)
 
 class Series : public QObject, public LoudspeakerSeries_Interface
 {
@@ -278,7 +266,7 @@ void tst_LoudspeakerDescriptor::pointsPerMounting()
         actual = descriptor.GetSideView(m).value(0);
     else
         actual = descriptor.GetTopView().value(0);
-    COMPARE_POINT(actual, expected);
+    COMPARE_POINT_TO(actual, expected);
 }
 
 void tst_LoudspeakerDescriptor::centerOfAudio_data()
@@ -313,9 +301,9 @@ void tst_LoudspeakerDescriptor::centerOfAudio()
 
     LoudspeakerDescriptor descriptor(DataDir + file, nullptr);
     const auto m = static_cast<Tolvane::Mounting>(mounting);
-    COMPARE_POINT(descriptor.GetCenterOfAudio(m), center);
+    COMPARE_POINT_TO(descriptor.GetCenterOfAudio(m), center);
     QCOMPARE(descriptor.GetCenterOfAudioVerticalAngle(m), verticalAngle);
-    COMPARE_POINT(descriptor.GetDefaultCenter(), defaultCenter);
+    COMPARE_POINT_TO(descriptor.GetDefaultCenter(), defaultCenter);
 }
 
 void tst_LoudspeakerDescriptor::mechanicalConnectionPoints_data()
@@ -348,7 +336,7 @@ void tst_LoudspeakerDescriptor::mechanicalConnectionPoints()
     const auto points = descriptor.GetMechanicalConnectionPoints(previous, next);
     QCOMPARE(points.size(), 8);
     for (int key = 0; key < 8; ++key)
-        COMPARE_POINT(points.value(static_cast<Tolvane::MechanicalConnectionPoint>(key)), expected.at(key));
+        COMPARE_POINT_TO(points.value(static_cast<Tolvane::MechanicalConnectionPoint>(key)), expected.at(key));
 }
 
 void tst_LoudspeakerDescriptor::sourcePoints()
@@ -361,8 +349,8 @@ void tst_LoudspeakerDescriptor::sourcePoints()
     QCOMPARE(points.at(0)->parent(), &descriptor);
     // The first point brings no centre and sits at the cuboid's default; the second keeps its own.
     QCOMPARE(points.at(0)->GetCenterMap().keys(), QStringList{QStringLiteral("default")});
-    COMPARE_POINT(points.at(0)->GetCenter(Tolvane::Stacked), Point(0.0, 0.0, -0.2));
-    COMPARE_POINT(points.at(1)->GetCenter(Tolvane::Flown), Point(-0.1, 0.0, -0.3));
+    COMPARE_POINT_TO(points.at(0)->GetCenter(Tolvane::Stacked), Point(0.0, 0.0, -0.2));
+    COMPARE_POINT_TO(points.at(1)->GetCenter(Tolvane::Flown), Point(-0.1, 0.0, -0.3));
 
     QCOMPARE(descriptor.GetDefaultAmplifier(), QStringLiteral("D80"));
     QCOMPARE(descriptor.GetDefaultChannelCount(), 2); // the flown default setup of the first point

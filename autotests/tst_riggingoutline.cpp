@@ -12,11 +12,6 @@ QString dataFile(const char *name)
     return QStringLiteral(":/Resources/rigging/%1").arg(QLatin1String(name));
 }
 
-bool near(const Point &a, const Point &b)
-{
-    return ShapeMeshChecks::near(a.x(), b.x()) && ShapeMeshChecks::near(a.y(), b.y()) && ShapeMeshChecks::near(a.z(), b.z());
-}
-
 /// Newell's normal of a polygon: robust for quads with a repeated corner.
 Point newellNormal(const QList<Point> &polygon)
 {
@@ -54,10 +49,8 @@ void verifyQuadMesh(const QList<Point> &mesh)
 void compareOutline(const QList<Point> &actual, const QList<Point> &expected)
 {
     QCOMPARE(actual.size(), expected.size());
-    for (qsizetype i = 0; i < actual.size(); ++i) {
-        if (!near(actual.at(i), expected.at(i)))
-            QCOMPARE(actual.at(i), expected.at(i));
-    }
+    for (qsizetype i = 0; i < actual.size(); ++i)
+        COMPARE_POINT_TO(actual.at(i), expected.at(i));
 }
 
 Views viewsOf(const char *file)
@@ -197,7 +190,7 @@ private Q_SLOTS:
         // The mesh spans exactly the side outline's extent; the top view is the beam's top face.
         const ShapeMeshChecks::Box box = ShapeMeshChecks::boundingBox(mesh);
         const ShapeMeshChecks::Box sideBox = ShapeMeshChecks::boundingBox(side);
-        QVERIFY(near(Point(box.minX, box.maxX, box.minZ), Point(sideBox.minX, sideBox.maxX, sideBox.minZ)));
+        COMPARE_POINT(Point(box.minX, box.maxX, box.minZ), sideBox.minX, sideBox.maxX, sideBox.minZ);
         QVERIFY(ShapeMeshChecks::near(box.maxZ, sideBox.maxZ));
         const QList<Point> top = views.value("top_" + key);
         QCOMPARE(top.size(), 4);
