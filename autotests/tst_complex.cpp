@@ -9,6 +9,8 @@ class tst_Complex : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { failOnUnexpectedWarnings(); }
+
     void arithmetic_data()
     {
         QTest::addColumn<Complex>("actual");

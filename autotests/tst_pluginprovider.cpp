@@ -115,7 +115,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("fullSeriesFirst");
         QTest::newRow("line arrays: lower order number first") << int(Tolvane::LineArraySources) << true;
         QTest::newRow("point sources") << int(Tolvane::PointSources) << false;
-        QTest::newRow("subwoofers") << int(Tolvane::SubwooferSources) << false;
         QTest::newRow("all sources") << int(Tolvane::AllSources) << false;
         QTest::newRow("0 is served from group 4") << int(Tolvane::UndefinedSources) << false;
         QTest::newRow("5 is served from group 4") << int(Tolvane::OtherSources) << false;
