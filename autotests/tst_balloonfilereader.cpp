@@ -101,11 +101,12 @@ QByteArray leBytes(T v)
     return b;
 }
 
-// Two frequencies, 2 x 3 directions, byte magnitudes in -6.02 .. 0 dB (modulus 0.5 .. 1),
-// double phases, and flush-mount data.
+// Two frequencies (the first 20 dB up), 2 x 3 directions, byte magnitudes in -6.02 .. 0 dB
+// (modulus 0.5 .. 1), double phases, and flush-mount data.
 BalloonFileWriter smallFile()
 {
     BalloonFileWriter w = BalloonFileWriter::grid({100, 2000}, 2, 3, 30, 90);
+    w.levelOffsets = {20, 0};
     w.magnitudeFormat = 2;
     w.magnitudeMin = -6.020599913279624;
     w.hasFlushMount = 1;
@@ -163,8 +164,6 @@ class tst_BalloonFileReader : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
-    void tableValues_data();
-    void tableValues();
     void matchesPlainDecoder_data();
     void matchesPlainDecoder();
     void truncationSweep();
@@ -181,54 +180,6 @@ private Q_SLOTS:
     void frequencyIndex();
     void frequencyIndexRandom();
 };
-
-void tst_BalloonFileReader::tableValues_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QList<Complex>>("expected");
-
-    const auto single = [](quint8 magFormat, quint8 phaseFormat, QList<double> mags, QList<double> phases) {
-        BalloonFileWriter w = BalloonFileWriter::grid({1000.0}, 1, qint32(mags.size()), 10, 10);
-        w.magnitudeFormat = magFormat;
-        w.phaseFormat = phaseFormat;
-        w.magnitudes = mags;
-        w.phases = phases;
-        return w;
-    };
-
-    BalloonFileWriter w = single(20, 20, {0.0}, {0.0});
-    w.levelOffsets = {20.0};
-    QTest::newRow("level offset adds its dB") << w.toBytes() << QList<Complex>{Complex(10, 0)};
-    w = single(20, 20, {decibels(2.0)}, {90.0});
-    QTest::newRow("phase in degrees") << w.toBytes() << QList<Complex>{Complex(0, 2)};
-
-    w = single(2, 2, {255, 0}, {255, 0});
-    w.magnitudeMin = -20;
-    w.phaseMin = -90;
-    w.phaseMax = 90;
-    QTest::newRow("byte-scaled range ends") << w.toBytes() << QList<Complex>{Complex(0, 1), Complex(0, -0.1)};
-
-    w = single(9, 20, {0, 0}, {0.0, 90.0});
-    QTest::newRow("unknown magnitude format counts as 0 dB") << w.toBytes() << QList<Complex>{Complex(1, 0), Complex(0, 1)};
-
-    // Written as two byte pairs; read with an unknown magnitude format, each pair takes one
-    // byte, so the phases are 255 (a magnitude byte) and 0 (the first phase byte).
-    w = single(2, 2, {255, 0}, {0, 255});
-    w.phaseMin = -90;
-    w.phaseMax = 90;
-    QTest::newRow("unknown format makes the body drift")
-        << withField(w.toBytes(), 64, QByteArray(1, '\x07')) << QList<Complex>{Complex(0, 1), Complex(0, -1)};
-}
-
-void tst_BalloonFileReader::tableValues()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QList<Complex>, expected);
-    const FastDecode decoded = fastDecode(bytes);
-    QCOMPARE(decoded.table.size(), std::size_t(expected.size()));
-    for (qsizetype i = 0; i < expected.size(); ++i)
-        LPSDK_COMPARE_COMPLEX(Complex(decoded.table[i]), expected[i], 1e-5);
-}
 
 void tst_BalloonFileReader::matchesPlainDecoder_data()
 {
@@ -267,11 +218,15 @@ void tst_BalloonFileReader::truncationSweep()
             QFAIL(qPrintable(QStringLiteral("prefix of %1 bytes decodes differently").arg(n)));
         QCOMPARE(fast.flush.size(), std::size_t(n >= 67 ? 2 * 2 * 2 : 0)); // flag byte at offset 66
     }
-    // Cut where the body starts: every value reads as zero bytes, the minimum at 0 degrees.
+    // Cut where the body starts: every value reads as zero bytes, the minimum at 0 degrees,
+    // plus the level offset of its frequency.
     const FastDecode headerOnly = fastDecode(whole.left(194 + 32));
     QCOMPARE(headerOnly.table.size(), std::size_t(12));
-    for (const std::complex<float> &v : headerOnly.table)
-        LPSDK_COMPARE_COMPLEX(Complex(v), Complex(0.5, 0), 1e-6);
+    for (std::size_t i = 0; i < headerOnly.table.size(); ++i)
+        LPSDK_COMPARE_COMPLEX(Complex(headerOnly.table[i]), Complex(i < 6 ? 5.0 : 0.5, 0), 1e-6);
+    // The whole file: byte 23 (f 0, t 0, p 1) at 15 degrees, 20 dB up.
+    const double modulus = 10.0 * std::pow(10.0, -6.020599913279624 * (1.0 - 23.0 / 255.0) / 20.0);
+    LPSDK_COMPARE_COMPLEX(Complex(fastDecode(whole).table[1]), Complex::fromPolar(modulus, 15.0 * 3.141592653589793 / 180.0), 1e-5);
 }
 
 void tst_BalloonFileReader::corruptField_data()

@@ -356,7 +356,6 @@ void tst_LoudspeakerSetup::equality_data()
 
     QTest::newRow("same content") << QString() << QVariant() << true;
     QTest::newRow("amplifier list does not count") << "supportedAmps" << QVariant(QStringList {QStringLiteral("D12")}) << true;
-    QTest::newRow("link lists do not count") << "maxLink" << QVariant(QVariantList {9}) << true;
     QTest::newRow("limiters do not count") << "peakLimiter" << QVariant(QVariantMap {{QStringLiteral("Umax"), 1}}) << true;
     QTest::newRow("name") << "setupName" << QVariant(QStringLiteral("Other")) << false;
     QTest::newRow("gain") << "dBGain" << QVariant(5.5) << false;
