@@ -266,7 +266,6 @@ void tst_LoudspeakerSetup::transferFactors_data()
     QTest::newRow("all-pass EQ at its corner") << log << logIndex1k << SwitchStates() << 0 << true << Complex(0, -1);
     // Without switches or AP EQ the factor is also what GetSensitivity() answers.
     QTest::newRow("measured sensitivity") << log << 1 << SwitchStates() << 1 << false << Complex(0, 2);
-    QTest::newRow("no measured value beyond the list") << log << 3 << SwitchStates() << 1 << false << one;
     QTest::newRow("array EQ") << log << logIndex1k << SwitchStates() << 2 << false << arrayEqAt1k;
     QTest::newRow("both beyond the measured list") << log << logIndex1k << SwitchStates() << 3 << false << arrayEqAt1k;
     QTest::newRow("sensitivity (as float) with array EQ") << log << 2 << SwitchStates() << 3 << false
