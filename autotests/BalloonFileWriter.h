@@ -29,7 +29,6 @@ struct BalloonFileWriter {
     quint8 phaseFormat = 20;
     quint8 hasFlushMount = 0;
     double flushMount[6] = {};
-    quint8 reservedFill = 0;
     QList<double> frequencies;
     QList<double> levelOffsets;
     QList<double> magnitudes;
@@ -52,9 +51,6 @@ struct BalloonFileWriter {
         return w;
     }
 
-    /// Index of the pair at frequency f, theta index t, phi index p.
-    qsizetype index(int f, int t, int p) const { return (qsizetype(f) * nh + t) * nv + p; }
-
     QByteArray toBytes() const
     {
         QByteArray bytes;
@@ -65,7 +61,7 @@ struct BalloonFileWriter {
         for (double parameter : flushMount)
             out << parameter;
         for (int i = 0; i < 79; ++i)
-            out << reservedFill;
+            out << quint8(0); // reserved
         for (double f : frequencies)
             out << f;
         for (double level : levelOffsets)

@@ -19,19 +19,21 @@
  */
 namespace BalloonFixtures {
 
-inline double linearModulus(int f, double t, double p)
+inline BalloonFileWriter linearGrid(QList<double> frequencies, qint32 nh, qint32 nv, double thetaStep, double phiStep)
 {
-    return 1.0 + 100.0 * f + 10.0 * t + p;
+    BalloonFileWriter w = BalloonFileWriter::grid(frequencies, nh, nv, thetaStep, phiStep);
+    qsizetype i = 0;
+    for (int f = 0; f < frequencies.size(); ++f)
+        for (int t = 0; t < nh; ++t)
+            for (int p = 0; p < nv; ++p)
+                w.magnitudes[i++] = decibels(1.0 + 100.0 * f + 10.0 * t + p);
+    return w;
 }
 
-inline BalloonFileWriter linear(qint32 symmetry, qint32 nv, double phiStep)
+inline BalloonFileWriter linear(qint32 symmetry, qint32 nv)
 {
-    BalloonFileWriter w = BalloonFileWriter::grid({100.0, 200.0, 400.0}, 3, nv, 10.0, phiStep);
+    BalloonFileWriter w = linearGrid({100.0, 200.0, 400.0}, 3, nv, 10.0, 45.0);
     w.symmetry = symmetry;
-    for (int f = 0; f < 3; ++f)
-        for (int t = 0; t < 3; ++t)
-            for (int p = 0; p < nv; ++p)
-                w.magnitudes[w.index(f, t, p)] = decibels(linearModulus(f, t, p));
     return w;
 }
 
@@ -69,11 +71,7 @@ inline BalloonFileWriter wide()
  */
 inline BalloonFileWriter flush()
 {
-    BalloonFileWriter w = BalloonFileWriter::grid({100.0, 500.0, 2000.0}, 4, 4, 30.0, 90.0);
-    for (int f = 0; f < 3; ++f)
-        for (int t = 0; t < 4; ++t)
-            for (int p = 0; p < 4; ++p)
-                w.magnitudes[w.index(f, t, p)] = decibels(linearModulus(f, t, p));
+    BalloonFileWriter w = linearGrid({100.0, 500.0, 2000.0}, 4, 4, 30.0, 90.0);
     w.hasFlushMount = 1;
     w.flushMount[0] = 300.0;
     w.flushMount[1] = 12345.0; // unused
@@ -87,11 +85,11 @@ inline BalloonFileWriter flush()
 inline QMap<QString, QByteArray> all()
 {
     QMap<QString, QByteArray> files;
-    files.insert(QStringLiteral("linear_none.bin"), linear(0, 8, 45.0).toBytes());
-    files.insert(QStringLiteral("linear_half.bin"), linear(1, 5, 45.0).toBytes());
-    files.insert(QStringLiteral("linear_halfrotated.bin"), linear(2, 5, 45.0).toBytes());
-    files.insert(QStringLiteral("linear_quarter.bin"), linear(3, 3, 45.0).toBytes());
-    files.insert(QStringLiteral("linear_rotational.bin"), linear(4, 1, 45.0).toBytes());
+    files.insert(QStringLiteral("linear_none.bin"), linear(0, 8).toBytes());
+    files.insert(QStringLiteral("linear_half.bin"), linear(1, 5).toBytes());
+    files.insert(QStringLiteral("linear_halfrotated.bin"), linear(2, 5).toBytes());
+    files.insert(QStringLiteral("linear_quarter.bin"), linear(3, 3).toBytes());
+    files.insert(QStringLiteral("linear_rotational.bin"), linear(4, 1).toBytes());
     files.insert(QStringLiteral("cancel.bin"), cancelling().toBytes());
     files.insert(QStringLiteral("wide.bin"), wide().toBytes());
     files.insert(QStringLiteral("flush.bin"), flush().toBytes());

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr double Pi = 3.141592653589793;
-
 // The plain decoder the fast one must match bit for bit: one value at a time through
 // QDataStream, with pow, cos and sin per value.
 struct PlainDecode {
@@ -24,17 +22,13 @@ struct PlainDecode {
 
 double plainValue(QDataStream &in, int format, double min, double max)
 {
-    if (format == 2) {
-        quint8 b;
+    quint8 b = 0;
+    double d = 0.0;
+    if (format == 2)
         in >> b;
-        return min + (max - min) * b / 255.0;
-    }
-    if (format == 20) {
-        double d;
+    else if (format == 20)
         in >> d;
-        return d;
-    }
-    return 0.0;
+    return format == 2 ? min + (max - min) * b / 255.0 : d;
 }
 
 PlainDecode plainDecode(const QByteArray &bytes)
@@ -43,25 +37,18 @@ PlainDecode plainDecode(const QByteArray &bytes)
     in.setByteOrder(QDataStream::LittleEndian);
     qint32 count, nh, nv, symmetry;
     double thetaStep, phiStep, magMin, magMax, phaseMin, phaseMax;
-    quint8 magFormat, phaseFormat, hasFlush, reserved;
+    quint8 magFormat, phaseFormat, hasFlush;
     in >> count >> nh >> nv >> thetaStep >> phiStep >> symmetry >> magMin >> magMax >> phaseMin >> phaseMax >> magFormat
         >> phaseFormat >> hasFlush;
-    double flushMount;
-    for (int i = 0; i < 6; ++i)
-        in >> flushMount; // not needed here
-    for (int i = 0; i < 79; ++i)
-        in >> reserved;
+    in.skipRawData(6 * 8 + 79); // flush-mount parameters and reserved bytes
     PlainDecode result;
     QList<double> levels;
-    for (int f = 0; f < count; ++f) {
-        double v;
-        in >> v;
-        result.frequencies.append(v);
-    }
-    for (int f = 0; f < count; ++f) {
-        double v;
-        in >> v;
-        levels.append(v);
+    for (QList<double> *list : {&result.frequencies, &levels}) {
+        for (int f = 0; f < count; ++f) {
+            double v = 0.0;
+            in >> v;
+            list->append(v);
+        }
     }
     result.table.resize(std::size_t(qint64(count) * nh * nv));
     for (int f = 0; f < count; ++f)
@@ -70,7 +57,7 @@ PlainDecode plainDecode(const QByteArray &bytes)
                 const double magnitude = plainValue(in, magFormat, magMin, magMax);
                 const double phase = plainValue(in, phaseFormat, phaseMin, phaseMax);
                 const double modulus = std::pow(10.0, (magnitude + levels[f]) / 20.0);
-                const double angle = phase * Pi / 180.0;
+                const double angle = phase * 3.141592653589793 / 180.0;
                 result.table[(std::size_t(f) * nh + t) * nv + p] =
                     std::complex<float>(float(modulus * std::cos(angle)), float(modulus * std::sin(angle)));
             }
@@ -106,20 +93,32 @@ QByteArray withField(QByteArray bytes, int offset, const QByteArray &value)
     return bytes;
 }
 
-QByteArray int32Bytes(qint32 v)
+template<typename T>
+QByteArray leBytes(T v)
 {
-    QByteArray b(4, '\0');
+    QByteArray b(sizeof(T), '\0');
     qToLittleEndian(v, b.data());
     return b;
 }
 
-QByteArray doubleBytes(double v)
+// Two frequencies (the first 20 dB up), 2 x 3 directions, byte magnitudes in -6.02 .. 0 dB
+// (modulus 0.5 .. 1), double phases, and flush-mount data.
+BalloonFileWriter smallFile()
 {
-    QByteArray b(8, '\0');
-    quint64 bits;
-    std::memcpy(&bits, &v, 8);
-    qToLittleEndian(bits, b.data());
-    return b;
+    BalloonFileWriter w = BalloonFileWriter::grid({100, 2000}, 2, 3, 30, 90);
+    w.levelOffsets = {20, 0};
+    w.magnitudeFormat = 2;
+    w.magnitudeMin = -6.020599913279624;
+    w.hasFlushMount = 1;
+    w.flushMount[0] = 50;
+    w.flushMount[2] = 0.5;
+    w.flushMount[3] = 0.1;
+    w.flushMount[4] = 1;
+    for (qsizetype i = 0; i < w.magnitudes.size(); ++i) {
+        w.magnitudes[i] = double(20 * i + 3);
+        w.phases[i] = 15.0 * i;
+    }
+    return w;
 }
 
 BalloonFileWriter randomFile(QRandomGenerator &rng, quint8 magFormat, quint8 phaseFormat)
@@ -165,11 +164,6 @@ class tst_BalloonFileReader : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
-    void readValue_data();
-    void readValue();
-    void headerLayout();
-    void tableValues_data();
-    void tableValues();
     void matchesPlainDecoder_data();
     void matchesPlainDecoder();
     void truncationSweep();
@@ -187,147 +181,6 @@ private Q_SLOTS:
     void frequencyIndexRandom();
 };
 
-void tst_BalloonFileReader::readValue_data()
-{
-    QTest::addColumn<int>("format");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<double>("expected");
-    QTest::addColumn<int>("consumed");
-
-    QTest::newRow("byte 0 gives the minimum") << 2 << QByteArray(1, '\0') << -30.5 << 1;
-    QTest::newRow("byte 255 gives the maximum") << 2 << QByteArray(1, '\xff') << 12.25 << 1;
-    QTest::newRow("byte 51 is a fifth of the range") << 2 << QByteArray(1, '\x33') << -21.95 << 1;
-    QTest::newRow("double as stored") << 20 << doubleBytes(-1.5) << -1.5 << 8;
-    QTest::newRow("unknown format reads nothing") << 7 << QByteArray("\x01\x02") << 0.0 << 0;
-    QTest::newRow("byte past the end gives the minimum") << 2 << QByteArray() << -30.5 << 0;
-    QTest::newRow("double cut short reads zero") << 20 << QByteArray("\x01\x02\x03") << 0.0 << 3;
-}
-
-void tst_BalloonFileReader::readValue()
-{
-    QFETCH(int, format);
-    QFETCH(QByteArray, bytes);
-    QFETCH(double, expected);
-    QFETCH(int, consumed);
-    QDataStream in(bytes);
-    in.setByteOrder(QDataStream::LittleEndian);
-    const double value = BalloonFileReader::ReadValue(in, Tolvane::LoudspeakerDataFormat(format), -30.5, 12.25);
-    QCOMPARE(value, expected);
-    QCOMPARE(in.device()->pos(), qint64(consumed));
-}
-
-void tst_BalloonFileReader::headerLayout()
-{
-    BalloonFileWriter w = BalloonFileWriter::grid({1234.5}, 1, 1, 5.5, 7.25);
-    w.symmetry = 3;
-    w.magnitudeMin = -11;
-    w.magnitudeMax = 22;
-    w.phaseMin = -33;
-    w.phaseMax = 44;
-    w.hasFlushMount = 0;
-    for (int i = 0; i < 6; ++i)
-        w.flushMount[i] = 100.0 + i;
-    w.reservedFill = 0xAA;
-    w.levelOffsets = {6.0};
-    const QByteArray bytes = w.toBytes();
-    QCOMPARE(bytes.size(), 194 + 16 + 16);
-
-    BalloonFileReader reader(bytes);
-    const BalloonFileReader::Header &h = reader.header();
-    QCOMPARE(h.frequencyCount, 1);
-    QCOMPARE(h.nh, 1);
-    QCOMPARE(h.nv, 1);
-    QCOMPARE(h.thetaStepWidth, 5.5);
-    QCOMPARE(h.phiStepWidth, 7.25);
-    QCOMPARE(h.symmetry, 3);
-    QCOMPARE(h.magnitudeMin, -11.0);
-    QCOMPARE(h.magnitudeMax, 22.0);
-    QCOMPARE(h.phaseMin, -33.0);
-    QCOMPARE(h.phaseMax, 44.0);
-    QCOMPARE(h.magnitudeFormat, quint8(20));
-    QCOMPARE(h.phaseFormat, quint8(20));
-    QCOMPARE(h.hasFlushMount, quint8(0));
-    // The six parameters are there even without flush-mount data.
-    for (int i = 0; i < 6; ++i)
-        QCOMPARE(h.flushMount[i], 100.0 + i);
-
-    QList<double> frequencies;
-    std::vector<double> levels;
-    reader.ReadFrequencies(frequencies, levels);
-    QCOMPARE(frequencies, QList<double>{1234.5});
-    QCOMPARE(levels, std::vector<double>{6.0});
-    const auto table = reader.ReadTable(levels);
-    QCOMPARE(table.size(), std::size_t(1));
-    LPSDK_COMPARE_COMPLEX(Complex(table[0]), Complex(std::pow(10.0, 6.0 / 20.0), 0.0), 1e-6);
-}
-
-void tst_BalloonFileReader::tableValues_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QList<Complex>>("expected");
-
-    const auto single = [](quint8 magFormat, quint8 phaseFormat, QList<double> mags, QList<double> phases) {
-        BalloonFileWriter w = BalloonFileWriter::grid({1000.0}, 1, qint32(std::max(mags.size(), phases.size())), 10, 10);
-        w.magnitudeFormat = magFormat;
-        w.phaseFormat = phaseFormat;
-        w.magnitudes = mags;
-        w.phases = phases;
-        return w;
-    };
-
-    BalloonFileWriter w = single(20, 20, {0.0}, {0.0});
-    QTest::newRow("0 dB at 0 degrees is one") << w.toBytes() << QList<Complex>{Complex(1, 0)};
-    w.levelOffsets = {20.0};
-    QTest::newRow("level offset adds its dB") << w.toBytes() << QList<Complex>{Complex(10, 0)};
-    w = single(20, 20, {decibels(2.0)}, {90.0});
-    QTest::newRow("phase in degrees") << w.toBytes() << QList<Complex>{Complex(0, 2)};
-
-    w = single(2, 2, {255, 0}, {255, 0});
-    w.magnitudeMin = -20;
-    w.magnitudeMax = 0;
-    w.phaseMin = -90;
-    w.phaseMax = 90;
-    QTest::newRow("byte-scaled range ends") << w.toBytes() << QList<Complex>{Complex(0, 1), Complex(0, -0.1)};
-
-    w = single(2, 20, {255}, {180.0});
-    w.magnitudeMax = 20;
-    QTest::newRow("byte magnitude with double phase") << w.toBytes() << QList<Complex>{Complex(-10, 0)};
-
-    w = single(20, 2, {-decibels(2.0)}, {0});
-    w.phaseMin = 45;
-    w.phaseMax = 90;
-    QTest::newRow("double magnitude with byte phase")
-        << w.toBytes() << QList<Complex>{Complex(0.5 * std::sqrt(0.5), 0.5 * std::sqrt(0.5))};
-
-    w = single(9, 20, {0, 0}, {0.0, 90.0});
-    QTest::newRow("unknown magnitude format counts as 0 dB") << w.toBytes() << QList<Complex>{Complex(1, 0), Complex(0, 1)};
-
-    w = single(20, 0, {20.0, 40.0}, {0, 0});
-    QTest::newRow("unknown phase format counts as 0 degrees") << w.toBytes() << QList<Complex>{Complex(10, 0), Complex(100, 0)};
-
-    w = single(0, 0, {0, 0}, {0, 0});
-    w.levelOffsets = {40.0};
-    QTest::newRow("both formats unknown leave the level offsets") << w.toBytes() << QList<Complex>{Complex(100, 0), Complex(100, 0)};
-
-    // Written as two byte pairs; read with an unknown magnitude format, each pair takes one
-    // byte, so the phases are 255 (a magnitude byte) and 0 (the first phase byte).
-    w = single(2, 2, {255, 0}, {0, 255});
-    w.phaseMin = -90;
-    w.phaseMax = 90;
-    QTest::newRow("unknown format makes the body drift")
-        << withField(w.toBytes(), 64, QByteArray(1, '\x07')) << QList<Complex>{Complex(0, 1), Complex(0, -1)};
-}
-
-void tst_BalloonFileReader::tableValues()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QList<Complex>, expected);
-    const FastDecode decoded = fastDecode(bytes);
-    QCOMPARE(decoded.table.size(), std::size_t(expected.size()));
-    for (qsizetype i = 0; i < expected.size(); ++i)
-        LPSDK_COMPARE_COMPLEX(Complex(decoded.table[i]), expected[i], 1e-5);
-}
-
 void tst_BalloonFileReader::matchesPlainDecoder_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -338,15 +191,11 @@ void tst_BalloonFileReader::matchesPlainDecoder_data()
         const QByteArray name = QByteArray::number(pair[0]) + '/' + QByteArray::number(pair[1]);
         QTest::newRow(name + " whole") << bytes;
         QTest::newRow(name + " cut inside the body") << bytes.left(194 + 80 + 37);
-        QTest::newRow(name + " cut one byte short") << bytes.chopped(1);
-    }
-    // Random body bytes: double values of every kind, NaN and infinities included.
-    for (const auto &pair : formats) {
-        BalloonFileWriter w = randomFile(rng, quint8(pair[0]), quint8(pair[1]));
-        QByteArray bytes = w.toBytes();
-        for (qsizetype i = 194 + 80; i < bytes.size(); ++i)
-            bytes[i] = char(rng.bounded(256));
-        QTest::newRow(QByteArray::number(pair[0]) + '/' + QByteArray::number(pair[1]) + " random bytes") << bytes;
+        // Random body bytes: double values of every kind, NaN and infinities included.
+        QByteArray noise = bytes;
+        for (qsizetype i = 194 + 80; i < noise.size(); ++i)
+            noise[i] = char(rng.bounded(256));
+        QTest::newRow(name + " random bytes") << noise;
     }
 }
 
@@ -361,34 +210,23 @@ void tst_BalloonFileReader::matchesPlainDecoder()
 
 void tst_BalloonFileReader::truncationSweep()
 {
-    BalloonFileWriter w = BalloonFileWriter::grid({100, 2000}, 2, 3, 30, 90);
-    w.magnitudeFormat = 2;
-    w.phaseFormat = 20;
-    w.magnitudeMin = -6.020599913279624; // modulus 0.5
-    w.magnitudeMax = 0;
-    w.hasFlushMount = 1;
-    w.flushMount[0] = 50;
-    w.flushMount[2] = 0.5;
-    w.flushMount[3] = 0.1;
-    w.flushMount[4] = 1;
-    for (qsizetype i = 0; i < w.magnitudes.size(); ++i) {
-        w.magnitudes[i] = double(20 * i + 3);
-        w.phases[i] = 15.0 * i;
-    }
-    const QByteArray whole = w.toBytes();
+    const QByteArray whole = smallFile().toBytes();
     for (qsizetype n = 0; n <= whole.size(); ++n) {
         const QByteArray prefix = whole.left(n);
         const FastDecode fast = fastDecode(prefix);
-        const PlainDecode plain = plainDecode(prefix);
-        if (!sameBits(fast.table, plain.table))
+        if (!sameBits(fast.table, plainDecode(prefix).table))
             QFAIL(qPrintable(QStringLiteral("prefix of %1 bytes decodes differently").arg(n)));
         QCOMPARE(fast.flush.size(), std::size_t(n >= 67 ? 2 * 2 * 2 : 0)); // flag byte at offset 66
     }
-    // Cut where the body starts: every value reads as zero bytes, the minimum at 0 degrees.
+    // Cut where the body starts: every value reads as zero bytes, the minimum at 0 degrees,
+    // plus the level offset of its frequency.
     const FastDecode headerOnly = fastDecode(whole.left(194 + 32));
     QCOMPARE(headerOnly.table.size(), std::size_t(12));
-    for (const std::complex<float> &v : headerOnly.table)
-        LPSDK_COMPARE_COMPLEX(Complex(v), Complex(0.5, 0), 1e-6);
+    for (std::size_t i = 0; i < headerOnly.table.size(); ++i)
+        LPSDK_COMPARE_COMPLEX(Complex(headerOnly.table[i]), Complex(i < 6 ? 5.0 : 0.5, 0), 1e-6);
+    // The whole file: byte 23 (f 0, t 0, p 1) at 15 degrees, 20 dB up.
+    const double modulus = 10.0 * std::pow(10.0, -6.020599913279624 * (1.0 - 23.0 / 255.0) / 20.0);
+    LPSDK_COMPARE_COMPLEX(Complex(fastDecode(whole).table[1]), Complex::fromPolar(modulus, 15.0 * 3.141592653589793 / 180.0), 1e-5);
 }
 
 void tst_BalloonFileReader::corruptField_data()
@@ -399,21 +237,20 @@ void tst_BalloonFileReader::corruptField_data()
     QTest::addColumn<qint64>("tableSize");
 
     const qint32 intMax = std::numeric_limits<qint32>::max();
-    QTest::newRow("negative theta count") << 4 << int32Bytes(-2) << true << qint64(0);
-    QTest::newRow("negative frequency count") << 0 << int32Bytes(-2) << true << qint64(0);
-    QTest::newRow("largest frequency count") << 0 << int32Bytes(intMax) << true << qint64(0);
-    QTest::newRow("largest phi count") << 8 << int32Bytes(intMax) << true << qint64(0);
-    QTest::newRow("lowest phi count") << 8 << int32Bytes(std::numeric_limits<qint32>::min()) << true << qint64(0);
-    QTest::newRow("theta count past the data, within the allowance") << 4 << int32Bytes(100000) << false << qint64(600000);
-    QTest::newRow("zero frequencies") << 0 << int32Bytes(0) << false << qint64(0);
-    QTest::newRow("zero phi count") << 8 << int32Bytes(0) << false << qint64(0);
-    QTest::newRow("NaN theta step") << 12 << doubleBytes(std::nan("")) << false << qint64(12);
-    QTest::newRow("zero phi step") << 20 << doubleBytes(0.0) << false << qint64(12);
-    QTest::newRow("unknown symmetry") << 28 << int32Bytes(99) << false << qint64(12);
+    QTest::newRow("negative theta count") << 4 << leBytes<qint32>(-2) << true << qint64(0);
+    QTest::newRow("negative frequency count") << 0 << leBytes<qint32>(-2) << true << qint64(0);
+    QTest::newRow("largest frequency count") << 0 << leBytes<qint32>(intMax) << true << qint64(0);
+    QTest::newRow("largest phi count") << 8 << leBytes<qint32>(intMax) << true << qint64(0);
+    QTest::newRow("lowest phi count") << 8 << leBytes<qint32>(std::numeric_limits<qint32>::min()) << true << qint64(0);
+    QTest::newRow("theta count past the data, within the allowance") << 4 << leBytes<qint32>(100000) << false << qint64(600000);
+    QTest::newRow("zero frequencies") << 0 << leBytes<qint32>(0) << false << qint64(0);
+    QTest::newRow("zero phi count") << 8 << leBytes<qint32>(0) << false << qint64(0);
+    QTest::newRow("NaN theta step") << 12 << leBytes(std::nan("")) << false << qint64(12);
+    QTest::newRow("zero phi step") << 20 << leBytes(0.0) << false << qint64(12);
+    QTest::newRow("unknown symmetry") << 28 << leBytes<qint32>(99) << false << qint64(12);
     QTest::newRow("magnitude format 0") << 64 << QByteArray(1, '\0') << false << qint64(12);
     QTest::newRow("flush-mount flag 255") << 66 << QByteArray(1, '\xff') << false << qint64(12);
-    QTest::newRow("no flush-mount data") << 66 << QByteArray(1, '\0') << false << qint64(12);
-    QTest::newRow("infinite flush-mount aperture") << 67 + 3 * 8 << doubleBytes(qInf()) << false << qint64(12);
+    QTest::newRow("infinite flush-mount aperture") << 67 + 3 * 8 << leBytes(qInf()) << false << qint64(12);
 }
 
 void tst_BalloonFileReader::corruptField()
@@ -421,21 +258,8 @@ void tst_BalloonFileReader::corruptField()
     QFETCH(int, offset);
     QFETCH(QByteArray, value);
     QFETCH(bool, throws);
-    QFETCH(qint64, tableSize);
 
-    BalloonFileWriter w = BalloonFileWriter::grid({100, 200}, 2, 3, 10, 90);
-    w.magnitudeFormat = 2;
-    w.phaseFormat = 2;
-    w.magnitudeMin = -20;
-    w.phaseMax = 90;
-    w.hasFlushMount = 1;
-    w.flushMount[0] = 50;
-    w.flushMount[2] = 0.5;
-    w.flushMount[3] = 0.1;
-    w.flushMount[4] = 1;
-    for (qsizetype i = 0; i < w.magnitudes.size(); ++i)
-        w.magnitudes[i] = w.phases[i] = double(i);
-    const QByteArray bytes = withField(w.toBytes(), offset, value);
+    const QByteArray bytes = withField(smallFile().toBytes(), offset, value);
     bool threw = false;
     FastDecode decoded;
     try {
@@ -445,21 +269,18 @@ void tst_BalloonFileReader::corruptField()
     }
     QCOMPARE(threw, throws);
     if (!throws) {
-        QCOMPARE(qint64(decoded.table.size()), tableSize);
+        QTEST(qint64(decoded.table.size()), "tableSize");
         QVERIFY(sameBits(decoded.table, plainDecode(bytes).table));
     }
 }
 
 void tst_BalloonFileReader::negativeCountsWithPositiveProduct()
 {
-    // -2 x -3 rows: a table of 2 x 6 values, but no pair to read and nothing consumed.
+    // -2 x -3 rows: a table of 2 x 6 zeros, but no pair to read and nothing consumed.
     BalloonFileWriter w = BalloonFileWriter::grid({100, 200}, 2, 3, 10, 90);
     w.nh = -2;
     w.nv = -3;
-    const FastDecode decoded = fastDecode(w.toBytes());
-    QCOMPARE(decoded.table.size(), std::size_t(12));
-    for (const std::complex<float> &v : decoded.table)
-        QCOMPARE(v, std::complex<float>());
+    QVERIFY(sameBits(fastDecode(w.toBytes()).table, std::vector<std::complex<float>>(12)));
 }
 
 void tst_BalloonFileReader::sizeAllowance_data()
@@ -475,7 +296,6 @@ void tst_BalloonFileReader::sizeAllowance_data()
     QTest::newRow("half a pair counts as backed") << 2 << 5 << allowance + 3 << false;
     QTest::newRow("unknown formats: the allowance loads") << 0 << 4 << allowance << false;
     QTest::newRow("unknown formats: one more is refused") << 0 << 4 << allowance + 1 << true;
-    QTest::newRow("declared 10^12 values in 200 bytes") << 2 << 6 << qint64(-1) << true;
 }
 
 void tst_BalloonFileReader::sizeAllowance()
@@ -490,18 +310,9 @@ void tst_BalloonFileReader::sizeAllowance()
     w.magnitudes.clear();
     w.phases.clear();
     w.nv = qint32(nv);
-    if (nv < 0) { // 10^4 x 10^4 x 10^4 in a file without frequencies
-        w.frequencyCount = w.nh = w.nv = 10000;
-        w.frequencies.clear();
-        w.levelOffsets.clear();
-    }
-    const QByteArray bytes = w.toBytes() + QByteArray(bodyBytes, '\x01');
-    if (nv < 0)
-        QCOMPARE(bytes.size(), 200);
     bool threw = false;
     try {
-        const FastDecode decoded = fastDecode(bytes);
-        QCOMPARE(qint64(decoded.table.size()), nv);
+        QCOMPARE(qint64(fastDecode(w.toBytes() + QByteArray(bodyBytes, '\x01')).table.size()), nv);
     } catch (const std::length_error &) {
         threw = true;
     }
@@ -516,18 +327,13 @@ void tst_BalloonFileReader::phiIndex_data()
 
     QTest::newRow("none: 370 wraps to 10") << 0 << 370.0 << 10.0;
     QTest::newRow("none: -10 wraps to 350") << 0 << -10.0 << 350.0;
-    QTest::newRow("half: 180 stays") << 1 << 180.0 << 180.0;
     QTest::newRow("half: 270 mirrors to 90") << 1 << 270.0 << 90.0;
-    QTest::newRow("half: 181 mirrors to 179") << 1 << 181.0 << 179.0;
     QTest::newRow("half rotated: 270 is the first column") << 2 << 270.0 << 0.0;
-    QTest::newRow("half rotated: 300") << 2 << 300.0 << 30.0;
     QTest::newRow("half rotated: 0 is the middle") << 2 << 0.0 << 90.0;
     QTest::newRow("half rotated: 90 is the last column") << 2 << 90.0 << 180.0;
     QTest::newRow("half rotated: 100 mirrors to 170") << 2 << 100.0 << 170.0;
-    QTest::newRow("half rotated: 180 mirrors to 90") << 2 << 180.0 << 90.0;
     QTest::newRow("quarter: 100 mirrors to 80") << 3 << 100.0 << 80.0;
     QTest::newRow("quarter: 200 mirrors twice to 20") << 3 << 200.0 << 20.0;
-    QTest::newRow("quarter: 300 mirrors to 60") << 3 << 300.0 << 60.0;
     QTest::newRow("rotational: any phi is column 0") << 4 << 123.0 << 0.0;
     QTest::newRow("unknown symmetry leaves phi") << 9 << 200.0 << 200.0;
 }
@@ -562,15 +368,9 @@ void tst_BalloonFileReader::frequencyIndex_data()
     QTest::addColumn<int>("expected");
 
     const QList<double> grid{100, 200, 400};
-    QTest::newRow("exact match") << grid << 200.0 << 1;
-    QTest::newRow("nearer the upper") << grid << 151.0 << 1;
-    QTest::newRow("half-way takes the lower") << grid << 150.0 << 0;
-    QTest::newRow("below the first") << grid << -5.0 << 0;
-    QTest::newRow("above the last") << grid << 1e9 << 2;
-    QTest::newRow("too far from every frequency") << grid << 2e10 << -1;
+    QTest::newRow("exactly 1e10 away is too far") << QList<double>{0.0} << 1e10 << -1;
     QTest::newRow("NaN") << grid << std::nan("") << -1;
     QTest::newRow("empty vector") << QList<double>() << 100.0 << -1;
-    QTest::newRow("duplicates: first of the run below") << QList<double>{1, 2, 2, 3} << 2.1 << 1;
     QTest::newRow("duplicates: exact takes the first") << QList<double>{1, 2, 2, 2, 3} << 2.0 << 1;
     QTest::newRow("duplicates: tie with the run above") << QList<double>{1, 2, 2, 3, 3} << 2.5 << 1;
     // Near 1e9 the three distances all round to 1e9: the scan keeps index 0.

@@ -16,14 +16,9 @@ namespace {
 
 QVariantMap ChannelMap()
 {
-    return {
-        {QStringLiteral("name"), QStringLiteral("D80")},
-        {QStringLiteral("defaultControllerSetup"), 3},
-        {QStringLiteral("controllerSetups"),
-         QVariantMap {{QStringLiteral("1"), QStringLiteral("full_setup.json")},
-                      {QStringLiteral("3"), QStringLiteral("gain_delay.json")},
-                      {QStringLiteral("abc"), QStringLiteral("gain_delay.json")}}},
-    };
+    return {{"name", "D80"},
+            {"defaultControllerSetup", 3},
+            {"controllerSetups", QVariantMap {{"1", "full_setup.json"}, {"3", "gain_delay.json"}, {"abc", "gain_delay.json"}}}};
 }
 
 } // namespace
@@ -42,13 +37,10 @@ private Q_SLOTS:
 
     void defaultSetups_data();
     void defaultSetups();
-    void setupsByKey();
     void unreadableSetupFilesLeaveEmptySetups();
     void perSetupQueries();
-    void unknownSetupKeysGiveNeutralResults();
     void balloonDataKeys_data();
     void balloonDataKeys();
-    void transferFunctionOfASetup();
     void castsThroughTheInterfaceId();
     void equality();
 };
@@ -82,21 +74,17 @@ void tst_DspChannelDescriptor::frequencyVectors_data()
 void tst_DspChannelDescriptor::frequencyVectors()
 {
     QFETCH(int, bands);
-    QFETCH(int, count);
     QFETCH(double, first);
     QFETCH(double, last);
 
     const QList<double> &list = FrequencyVectors::GetFrequencyVector(bands);
     QCOMPARE(&list, &FrequencyVectors::GetFrequencyVector(bands));
-    QCOMPARE(list.size(), count);
+    QTEST(int(list.size()), "count");
     QVERIFY(std::abs(list.first() - first) < 1e-9);
     QVERIFY(std::abs(list.last() - last) < 1e-9);
-    for (int i = 1; i < list.size(); ++i)
-        QVERIFY(list.at(i) > list.at(i - 1));
     if (bands == 3) {
-        QVERIFY(list.contains(163.0));
-        QVERIFY(list.contains(1630.0));
-        QVERIFY(!list.contains(160.0));
+        // Nominal band names where they differ from the exact thirds.
+        QVERIFY(list.contains(163.0) && list.contains(1630.0) && !list.contains(160.0));
     } else {
         // 1 kHz sits at k = 0, the 141st entry; each step is a 24th of an octave.
         QCOMPARE(list.at(140), 1000.0);
@@ -115,15 +103,11 @@ void tst_DspChannelDescriptor::unsupportedBandCountWarns()
 void tst_DspChannelDescriptor::channelGrids()
 {
     DspChannelDescriptor channel(QVariantMap(), nullptr);
-    const QList<double> log = channel.GetFrequencyVector(Tolvane::LogarithmicFrequencies);
-    QCOMPARE(log, FrequencyVectors::GetFrequencyVector(24));
+    QCOMPARE(channel.GetFrequencyVector(Tolvane::LogarithmicFrequencies), FrequencyVectors::GetFrequencyVector(24));
     const QList<double> linear = channel.GetFrequencyVector(Tolvane::LinearFrequencies);
     QCOMPARE(linear.size(), 1025);
-    QCOMPARE(linear.first(), 0.0);
-    QCOMPARE(linear.at(1), 5.859375);
-    QCOMPARE(linear.last(), 6000.0);
+    QCOMPARE(QList<double>({linear.first(), linear.at(1), linear.last()}), QList<double>({0.0, 5.859375, 6000.0}));
     QVERIFY(channel.GetFrequencyVector(static_cast<Tolvane::FrequencyRange>(2)).isEmpty());
-    QVERIFY(channel.GetFrequencyVector(static_cast<Tolvane::FrequencyRange>(-1)).isEmpty());
 }
 
 void tst_DspChannelDescriptor::defaultSetups_data()
@@ -131,31 +115,22 @@ void tst_DspChannelDescriptor::defaultSetups_data()
     QTest::addColumn<QVariantMap>("map");
     QTest::addColumn<QList<int>>("keys"); // by mounting value 0 … 6
 
+    const auto perMounting = [](const QVariantMap &keys) { return QVariantMap {{"defaultControllerSetups", keys}}; };
     QTest::newRow("no defaults") << QVariantMap() << QList<int> {0, 0, 0, 0, 0, 0, 0};
-    QTest::newRow("one key for every mounting") << QVariantMap {{QStringLiteral("defaultControllerSetup"), 3}} << QList<int> {3, 3, 3, 3, 3, 3, 3};
+    QTest::newRow("one key for every mounting, text converts") << QVariantMap {{"defaultControllerSetup", "12"}}
+                                                               << QList<int> {12, 12, 12, 12, 12, 12, 12};
     QTest::newRow("per-mounting key names")
-        << QVariantMap {{QStringLiteral("defaultControllerSetups"),
-                         QVariantMap {{QStringLiteral("flown"), 1},
-                                      {QStringLiteral("stacked"), 2},
-                                      {QStringLiteral("flown_horizontal"), 3},
-                                      {QStringLiteral("stacked_horizontal"), 4},
-                                      {QStringLiteral("stacked_cart"), 5},
-                                      {QStringLiteral("flown_vertical_install"), 6},
-                                      {QStringLiteral("flown_vertical_pullback"), 7}}}}
+        << perMounting({{"flown", 1}, {"stacked", 2}, {"flown_horizontal", 3}, {"stacked_horizontal", 4}, {"stacked_cart", 5},
+                        {"flown_vertical_install", 6}, {"flown_vertical_pullback", 7}})
         << QList<int> {1, 2, 3, 4, 5, 6, 7};
-    QTest::newRow("per-mounting map wins, missing names are 0")
-        << QVariantMap {{QStringLiteral("defaultControllerSetups"), QVariantMap {{QStringLiteral("flown"), 2}}},
-                        {QStringLiteral("defaultControllerSetup"), 3}}
-        << QList<int> {2, 0, 0, 0, 0, 0, 0};
+    QVariantMap both = perMounting({{"flown", 2}});
+    both.insert("defaultControllerSetup", 3);
+    QTest::newRow("per-mounting map wins, missing names are 0") << both << QList<int> {2, 0, 0, 0, 0, 0, 0};
     QTest::newRow("mounting texts are not key names")
-        << QVariantMap {{QStringLiteral("defaultControllerSetups"),
-                         QVariantMap {{QStringLiteral("flown_install"), 9}, {QStringLiteral("flown_pullback"), 9}, {QStringLiteral("stacked"), 1}}}}
-        << QList<int> {0, 1, 0, 0, 0, 0, 0};
-    QTest::newRow("empty per-mounting map falls back")
-        << QVariantMap {{QStringLiteral("defaultControllerSetups"), QVariantMap()}, {QStringLiteral("defaultControllerSetup"), 4}}
-        << QList<int> {4, 4, 4, 4, 4, 4, 4};
-    QTest::newRow("text values convert") << QVariantMap {{QStringLiteral("defaultControllerSetup"), QStringLiteral("12")}}
-                                         << QList<int> {12, 12, 12, 12, 12, 12, 12};
+        << perMounting({{"flown_install", 9}, {"flown_pullback", 9}, {"stacked", 1}}) << QList<int> {0, 1, 0, 0, 0, 0, 0};
+    both = perMounting({});
+    both.insert("defaultControllerSetup", 4);
+    QTest::newRow("empty per-mounting map falls back") << both << QList<int> {4, 4, 4, 4, 4, 4, 4};
 }
 
 void tst_DspChannelDescriptor::defaultSetups()
@@ -170,40 +145,16 @@ void tst_DspChannelDescriptor::defaultSetups()
     QCOMPARE(channel.GetDefaultLoudspeakerSetupKey(static_cast<Tolvane::Mounting>(7)), 0);
 }
 
-void tst_DspChannelDescriptor::setupsByKey()
-{
-    QObject owner;
-    auto *channel = new DspChannelDescriptor(ChannelMap(), &owner);
-    QCOMPARE(channel->parent(), &owner);
-    QCOMPARE(channel->GetName(), QStringLiteral("D80"));
-
-    const QMap<int, LoudspeakerSetup *> setups = channel->GetLoudspeakerSetups();
-    QCOMPARE(setups.keys(), QList<int>({0, 1, 3})); // "abc" is key 0
-    for (LoudspeakerSetup *setup : setups)
-        QCOMPARE(setup->parent(), channel);
-    QCOMPARE(setups.value(1)->GetName(), QStringLiteral("Top 90"));
-    QCOMPARE(setups.value(1)->GetFilename(), QStringLiteral("full_setup.json"));
-    QCOMPARE(setups.value(3)->GetName(), QStringLiteral("Sub"));
-    QCOMPARE(channel->GetSpeakerIds(), QList<int>({3, 7, 3}));
-}
-
 void tst_DspChannelDescriptor::unreadableSetupFilesLeaveEmptySetups()
 {
     QTest::ignoreMessage(QtWarningMsg, "Json file not found: :/Resources/missing.json");
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^File error code: \\d+$")));
     QTest::ignoreMessage(QtWarningMsg, "JSON parse error in file: :/Resources/invalid.json");
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Error: .+")));
-    const QVariantMap map {{QStringLiteral("controllerSetups"),
-                            QVariantMap {{QStringLiteral("2"), QStringLiteral("missing.json")}, {QStringLiteral("5"), QStringLiteral("invalid.json")}}}};
-    DspChannelDescriptor channel(map, nullptr);
+    DspChannelDescriptor channel({{"controllerSetups", QVariantMap {{"2", "missing.json"}, {"5", "invalid.json"}}}}, nullptr);
 
-    const QMap<int, LoudspeakerSetup *> setups = channel.GetLoudspeakerSetups();
-    QCOMPARE(setups.keys(), QList<int>({2, 5}));
-    for (LoudspeakerSetup *setup : setups) {
-        QVERIFY(setup->GetName().isEmpty());
-        QCOMPARE(setup->GetSwitchCount(), 0);
-        QCOMPARE(setup->GetGain(), 1.0);
-    }
+    QCOMPARE(channel.GetLoudspeakerSetups().keys(), QList<int>({2, 5}));
+    QVERIFY(channel.GetLoudspeakerSetups().value(5)->GetName().isEmpty());
     // An empty setup still transfers: unity gain, no delay, no filters.
     QCOMPARE(channel.GetTransferFunction(Tolvane::LogarithmicFrequencies, 10, 2, {}, Tolvane::NoSensitivity, false), Complex(1, 0));
     QCOMPARE(channel.GetSpeakerIds(), QList<int>({0, 0}));
@@ -211,35 +162,38 @@ void tst_DspChannelDescriptor::unreadableSetupFilesLeaveEmptySetups()
 
 void tst_DspChannelDescriptor::perSetupQueries()
 {
-    DspChannelDescriptor channel(ChannelMap(), nullptr);
-    QCOMPARE(channel.GetDelay(1), 0.0025);
+    QObject owner;
+    DspChannelDescriptor &channel = *new DspChannelDescriptor(ChannelMap(), &owner);
+    QCOMPARE(channel.GetName(), QStringLiteral("D80"));
+    const QMap<int, LoudspeakerSetup *> setups = channel.GetLoudspeakerSetups();
+    QCOMPARE(setups.keys(), QList<int>({0, 1, 3})); // "abc" is key 0
+    QCOMPARE(setups.value(1)->parent(), &channel);
+    QCOMPARE(setups.value(3)->GetName(), QStringLiteral("Sub"));
+    QCOMPARE(channel.GetSpeakerIds(), QList<int>({3, 7, 3}));
+
+    const auto numbers = [&channel](int key) {
+        return QList<double> {channel.GetDelay(key), channel.GetMergeFrequency(key), channel.GetLowOptFrequency(key),
+                              channel.GetHighOptFrequency(key), double(channel.GetSpeakerId(key)), double(channel.GetSpeakerType(key))};
+    };
+    QCOMPARE(numbers(1), QList<double>({0.0025, 120.0, 80.0, 16000.0, 7.0, 2.0}));
     QCOMPARE(channel.GetDelay(3), 0.001);
-    QCOMPARE(channel.GetMergeFrequency(1), 120.0);
-    QCOMPARE(channel.GetLowOptFrequency(1), 80.0);
-    QCOMPARE(channel.GetHighOptFrequency(1), 16000.0);
-    QCOMPARE(channel.GetSpeakerId(1), 7);
-    QCOMPARE(channel.GetSpeakerType(1), 2);
     QCOMPARE(channel.GetSwitchDescription(1, 2), QStringLiteral("Cardioid"));
     QCOMPARE(channel.GetSwitchValues(1, 3), (QMap<int, QString> {{0, QStringLiteral("Far")}, {2, QStringLiteral("Near")}}));
-    QVERIFY(channel.GetSwitchDescription(1, 9).isEmpty());
-}
+    // Setup 3: +6 dB inverted, 1 ms; at 250 Hz (log index 92) the delay is a quarter turn.
+    LPSDK_COMPARE_COMPLEX(channel.GetTransferFunction(Tolvane::LogarithmicFrequencies, 92, 3, {}, Tolvane::NoSensitivity, false),
+                          Complex(0, 1.9952623149688795), 1e-12);
+    // Setup 1's first measured sensitivity is 94 dB at 180 degrees.
+    LPSDK_COMPARE_COMPLEX(channel.GetSensitivity(Tolvane::LogarithmicFrequencies, 0, 1, Tolvane::Sensitivity),
+                          Complex(-2e-5 * std::pow(10.0, 94.0 / 20.0), 0), 1e-6);
 
-void tst_DspChannelDescriptor::unknownSetupKeysGiveNeutralResults()
-{
-    DspChannelDescriptor channel(ChannelMap(), nullptr);
+    // An unknown setup key: zeros, empty texts, no transfer at all but a neutral sensitivity.
+    QCOMPARE(numbers(99), QList<double>(6, 0.0));
+    QVERIFY(channel.GetSwitchDescription(99, 1).isEmpty() && channel.GetSwitchValues(99, 1).isEmpty());
+    QCOMPARE(channel.GetBalloonDataKey(99, {{1, 1}}), QStringLiteral("default"));
     for (Tolvane::FrequencyRange range : {Tolvane::LogarithmicFrequencies, Tolvane::LinearFrequencies}) {
         QCOMPARE(channel.GetTransferFunction(range, 0, 99, {}, Tolvane::Sensitivity, true), Complex(0, 0));
         QCOMPARE(channel.GetSensitivity(range, 0, 99, Tolvane::Sensitivity), Complex(1, 0));
     }
-    QCOMPARE(channel.GetDelay(99), 0.0);
-    QCOMPARE(channel.GetMergeFrequency(99), 0.0);
-    QCOMPARE(channel.GetLowOptFrequency(99), 0.0);
-    QCOMPARE(channel.GetHighOptFrequency(99), 0.0);
-    QCOMPARE(channel.GetSpeakerId(99), 0);
-    QCOMPARE(channel.GetSpeakerType(99), 0);
-    QVERIFY(channel.GetSwitchDescription(99, 1).isEmpty());
-    QVERIFY(channel.GetSwitchValues(99, 1).isEmpty());
-    QCOMPARE(channel.GetBalloonDataKey(99, {{1, 1}}), QStringLiteral("default"));
 }
 
 void tst_DspChannelDescriptor::balloonDataKeys_data()
@@ -266,18 +220,6 @@ void tst_DspChannelDescriptor::balloonDataKeys()
     QCOMPARE(channel.GetBalloonDataKey(setupKey, switches), expected);
 }
 
-void tst_DspChannelDescriptor::transferFunctionOfASetup()
-{
-    DspChannelDescriptor channel(ChannelMap(), nullptr);
-    // Setup 3: +6 dB inverted, 1 ms. At 250 Hz (log index 92) the delay is a quarter turn.
-    const Complex h = channel.GetTransferFunction(Tolvane::LogarithmicFrequencies, 92, 3, {}, Tolvane::NoSensitivity, false);
-    LPSDK_COMPARE_COMPLEX(h, Complex(0, 1.9952623149688795), 1e-12);
-    // Setup 1 has three measured sensitivity values; the first is 94 dB at 180 degrees.
-    const Complex s = channel.GetSensitivity(Tolvane::LogarithmicFrequencies, 0, 1, Tolvane::Sensitivity);
-    LPSDK_COMPARE_COMPLEX(s, Complex(-2e-5 * std::pow(10.0, 94.0 / 20.0), 0), 1e-6);
-    QCOMPARE(channel.GetSensitivity(Tolvane::LinearFrequencies, 0, 1, Tolvane::Sensitivity), Complex(1, 0));
-}
-
 void tst_DspChannelDescriptor::castsThroughTheInterfaceId()
 {
     DspChannelDescriptor channel(QVariantMap(), nullptr);
@@ -291,34 +233,19 @@ void tst_DspChannelDescriptor::castsThroughTheInterfaceId()
 void tst_DspChannelDescriptor::equality()
 {
     const DspChannelDescriptor a(ChannelMap(), nullptr);
-    const DspChannelDescriptor b(ChannelMap(), nullptr);
-    QVERIFY(a == b);
-
-    QVariantMap renamed = ChannelMap();
-    renamed.insert(QStringLiteral("name"), QStringLiteral("D20"));
-    QVERIFY(!(a == DspChannelDescriptor(renamed, nullptr)));
-
-    QVariantMap otherDefault = ChannelMap();
-    otherDefault.insert(QStringLiteral("defaultControllerSetup"), 1);
-    QVERIFY(!(a == DspChannelDescriptor(otherDefault, nullptr)));
-
-    QVariantMap otherFile = ChannelMap();
-    otherFile.insert(QStringLiteral("controllerSetups"),
-                     QVariantMap {{QStringLiteral("1"), QStringLiteral("full_setup.json")},
-                                  {QStringLiteral("3"), QStringLiteral("full_setup.json")},
-                                  {QStringLiteral("abc"), QStringLiteral("gain_delay.json")}});
-    QVERIFY(!(a == DspChannelDescriptor(otherFile, nullptr)));
-
-    QVariantMap otherKey = ChannelMap();
-    otherKey.insert(QStringLiteral("controllerSetups"),
-                    QVariantMap {{QStringLiteral("1"), QStringLiteral("full_setup.json")},
-                                 {QStringLiteral("4"), QStringLiteral("gain_delay.json")},
-                                 {QStringLiteral("abc"), QStringLiteral("gain_delay.json")}});
-    QVERIFY(!(a == DspChannelDescriptor(otherKey, nullptr)));
+    QVERIFY(a == DspChannelDescriptor(ChannelMap(), nullptr));
+    const auto differs = [&a](const QString &key, const QVariant &value) {
+        QVariantMap map = ChannelMap();
+        map.insert(key, value);
+        return !(a == DspChannelDescriptor(map, nullptr));
+    };
+    QVERIFY(differs("name", "D20"));
+    QVERIFY(differs("defaultControllerSetup", 1));
+    QVERIFY(differs("controllerSetups", QVariantMap {{"1", "full_setup.json"}, {"3", "full_setup.json"}, {"abc", "gain_delay.json"}}));
+    QVERIFY(differs("controllerSetups", QVariantMap {{"1", "full_setup.json"}, {"4", "gain_delay.json"}, {"abc", "gain_delay.json"}}));
 
     // A setter changes a compared member of one setup.
     DspChannelDescriptor c(ChannelMap(), nullptr);
-    QVERIFY(a == c);
     c.GetLoudspeakerSetups().value(3)->SetDelay(0.5);
     QVERIFY(!(a == c));
 }

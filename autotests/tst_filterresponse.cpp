@@ -49,41 +49,31 @@ void tst_FilterResponse::closedForms_data()
 
     // Plain gain keeps the sign of G and has no reciprocal step.
     QTest::newRow("gain: -6 dB anywhere") << Entry(0, 1000, 1, -6) << 20.0 << Complex(0.5011872336272722, 0) << 1e-15;
-    QTest::newRow("gain: +6 dB at 0 Hz") << Entry(0, 1000, 1, 6) << 0.0 << Complex(1.9952623149688795, 0) << 1e-15;
     // 1st-order low pass: 1/(1+j) at the corner.
     QTest::newRow("low pass 1: corner") << Entry(1, 1000, 0, 0) << 1000.0 << Complex(0.5, -0.5) << 1e-15;
-    QTest::newRow("low pass 1: 0 Hz") << Entry(1, 1000, 0, 0) << 0.0 << Complex(1, 0) << 0.0;
     // Butterworth low pass: -3.01 dB and -90 degrees at the corner.
     QTest::newRow("low pass 2: corner, Butterworth") << Entry(2, 500, rootHalf, 0) << 500.0 << Complex(0, -rootHalf) << 1e-15;
     // s = 100j: 1/(-9999 + 100 sqrt(2) j).
     QTest::newRow("low pass 2: two decades up")
         << Entry(2, 100, rootHalf, 0) << 10000.0 << Complex(-9999.0 / (9999.0 * 9999.0 + 20000.0), -100.0 * std::sqrt(2.0) / (9999.0 * 9999.0 + 20000.0)) << 1e-18;
     QTest::newRow("high pass 1: exactly 1 at 0 Hz") << Entry(3, 1000, 0, 0) << 0.0 << Complex(1, 0) << 0.0;
-    QTest::newRow("high pass 1: corner") << Entry(3, 1000, 0, 0) << 1000.0 << Complex(0.5, 0.5) << 1e-15;
     QTest::newRow("high pass 1: a decade down") << Entry(3, 1000, 0, 0) << 100.0 << Complex(1.0 / 101.0, 10.0 / 101.0) << 1e-15;
     QTest::newRow("high pass 2: corner, Q 2") << Entry(4, 1000, 2, 0) << 1000.0 << Complex(0, 2) << 1e-15;
     QTest::newRow("all pass 1: corner") << Entry(5, 1000, 0, 0) << 1000.0 << Complex(0, -1) << 1e-15;
     QTest::newRow("all pass 2: corner") << Entry(6, 1000, 0.5, 0) << 1000.0 << Complex(-1, 0) << 1e-15;
     QTest::newRow("all pass 2: 0 Hz") << Entry(6, 1000, 0.5, 0) << 0.0 << Complex(1, 0) << 0.0;
-    QTest::newRow("band pass: unity at centre") << Entry(7, 1000, 3, 0) << 1000.0 << Complex(1, 0) << 1e-15;
     QTest::newRow("band pass: 1 at 0 Hz") << Entry(7, 1000, 3, 0) << 0.0 << Complex(1, 0) << 0.0;
     // s = 2j: s + 1/s = 1.5j, so 1/(1 + 1.5j).
     QTest::newRow("band pass: an octave up") << Entry(7, 1000, 1, 0) << 2000.0 << Complex(1.0 / 3.25, -1.5 / 3.25) << 1e-15;
     QTest::newRow("peak: +6 dB at centre") << Entry(8, 1000, 1, 6) << 1000.0 << Complex(1.9952623149688795, 0) << 1e-15;
     QTest::newRow("peak: -6 dB at centre is the reciprocal") << Entry(8, 1000, 1, -6) << 1000.0 << Complex(0.5011872336272722, 0) << 1e-15;
-    QTest::newRow("peak: 1 at 0 Hz") << Entry(8, 1000, 1, 6) << 0.0 << Complex(1, 0) << 0.0;
-    QTest::newRow("peak: 0 dB far below") << Entry(8, 1000, 1, 6) << 0.01 << Complex(1, 0) << 1e-4;
     QTest::newRow("peak: 0 dB far above") << Entry(8, 1000, 1, 6) << 1e8 << Complex(1, 0) << 1e-4;
-    QTest::newRow("low shelf 1: full gain at 0 Hz") << Entry(9, 100, 0, 6) << 0.0 << Complex(a6, 0) << 1e-15;
     QTest::newRow("low shelf 1: cut at 0 Hz") << Entry(9, 100, 0, -6) << 0.0 << Complex(1.0 / a6, 0) << 1e-15;
     QTest::newRow("low shelf 1: corner") << Entry(9, 100, 0, 6) << 100.0 << Complex(1 + g6 / 2, -g6 / 2) << 1e-15;
-    QTest::newRow("low shelf 1: flat far above") << Entry(9, 100, 0, 6) << 1e9 << Complex(1, 0) << 1e-6;
     // (s^2 + sqrt(A) s/Q + A)/(s^2 + s/Q + 1) at s = j is sqrt(A) - j (A - 1) Q.
     QTest::newRow("low shelf 2: corner") << Entry(10, 100, 0.7, 6) << 100.0 << Complex(std::sqrt(a6), -g6 * 0.7) << 1e-14;
     QTest::newRow("low shelf 2: full gain at 0 Hz") << Entry(10, 100, 0.7, 6) << 0.0 << Complex(a6, 0) << 1e-15;
-    QTest::newRow("low shelf 2: cut at 0 Hz") << Entry(10, 100, 0.7, -6) << 0.0 << Complex(1.0 / a6, 0) << 1e-15;
     QTest::newRow("high shelf 1: corner") << Entry(11, 1000, 0, 6) << 1000.0 << Complex(1 + g6 / 2, g6 / 2) << 1e-15;
-    QTest::newRow("high shelf 1: 1 at 0 Hz") << Entry(11, 1000, 0, 6) << 0.0 << Complex(1, 0) << 0.0;
     QTest::newRow("high shelf 1: full gain far above") << Entry(11, 1000, 0, 6) << 1e10 << Complex(a6, 0) << 1e-6;
     QTest::newRow("high shelf 2: corner") << Entry(12, 1000, 0.7, 6) << 1000.0 << Complex(std::sqrt(a6), g6 * 0.7) << 1e-14;
     QTest::newRow("high shelf 2: cut far above") << Entry(12, 1000, 0.7, -6) << 1e9 << Complex(1.0 / a6, 0) << 1e-6;
@@ -93,9 +83,7 @@ void tst_FilterResponse::closedForms_data()
     QTest::newRow("resonant low shelf: cut at corner")
         << Entry(13, 100, 2, -6) << 100.0 << Complex(1.0 / (1 + 4 * g6 * g6), 2 * g6 / (1 + 4 * g6 * g6)) << 1e-14;
     QTest::newRow("resonant high shelf: corner") << Entry(14, 100, 2, 6) << 100.0 << Complex(1, g6 * 2) << 1e-14;
-    QTest::newRow("resonant high shelf: 1 at 0 Hz") << Entry(14, 100, 2, 6) << 0.0 << Complex(1, 0) << 0.0;
     QTest::newRow("notch: zero at centre") << Entry(15, 1000, 4, 0) << 1000.0 << Complex(0, 0) << 1e-15;
-    QTest::newRow("notch: 1 at 0 Hz") << Entry(15, 1000, 4, 0) << 0.0 << Complex(1, 0) << 0.0;
     QTest::newRow("notch: an octave up") << Entry(15, 1000, 1, 0) << 2000.0 << Complex(1 - 1.0 / 3.25, 1.5 / 3.25) << 1e-15;
 }
 
@@ -118,12 +106,10 @@ void tst_FilterResponse::missingKeysReadAsZero_data()
 
     // No "type" means type 0 with no "G": a 0 dB gain.
     QTest::newRow("empty entry is 0 dB") << QVariantMap() << Complex(1, 0);
-    QTest::newRow("peak without G is flat") << QVariantMap {{QStringLiteral("type"), 8}, {QStringLiteral("fp"), 1000}, {QStringLiteral("Q"), 1}} << Complex(1, 0);
+    QTest::newRow("peak without G is flat") << QVariantMap {{"type", 8}, {"fp", 1000}, {"Q", 1}} << Complex(1, 0);
     // Q = 0 turns the peak into 1 + g everywhere but at 0 Hz.
-    QTest::newRow("peak without Q is the full gain")
-        << QVariantMap {{QStringLiteral("type"), 8}, {QStringLiteral("fp"), 1000}, {QStringLiteral("G"), 6}} << Complex(1.9952623149688795, 0);
-    QTest::newRow("numbers as text convert") << QVariantMap {{QStringLiteral("type"), QStringLiteral("0")}, {QStringLiteral("G"), QStringLiteral("-6")}}
-                                              << Complex(0.5011872336272722, 0);
+    QTest::newRow("peak without Q is the full gain") << QVariantMap {{"type", 8}, {"fp", 1000}, {"G", 6}} << Complex(Linear(6), 0);
+    QTest::newRow("numbers as text convert") << QVariantMap {{"type", "0"}, {"G", "-6"}} << Complex(Linear(-6), 0);
 }
 
 void tst_FilterResponse::missingKeysReadAsZero()
@@ -151,9 +137,8 @@ void tst_FilterResponse::unknownTypesGiveOnes()
     QFETCH(QString, warning);
 
     QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
-    const QVariantMap filter {{QStringLiteral("type"), type}, {QStringLiteral("fp"), 100}, {QStringLiteral("Q"), 1}, {QStringLiteral("G"), 6}};
-    const QList<Complex> response = CalculateFilterResponse({0.0, 100.0, 1000.0}, filter);
-    QCOMPARE(response, QList<Complex>(3, Complex(1, 0)));
+    const QVariantMap filter {{"type", type}, {"fp", 100}, {"Q", 1}, {"G", 6}};
+    QCOMPARE(CalculateFilterResponse({0.0, 100.0, 1000.0}, filter), QList<Complex>(3, Complex(1, 0)));
 }
 
 void tst_FilterResponse::oneValuePerFrequency()
@@ -161,15 +146,14 @@ void tst_FilterResponse::oneValuePerFrequency()
     QList<double> frequencies;
     for (int i = 0; i < 1025; ++i)
         frequencies.append(i * 5.859375);
-    const QVariantMap filter = Entry(2, 1000, std::sqrt(0.5), 0);
-    const QList<Complex> response = CalculateFilterResponse(frequencies, filter);
+    const QList<Complex> response = CalculateFilterResponse(frequencies, Entry(2, 1000, std::sqrt(0.5), 0));
     QCOMPARE(response.size(), frequencies.size());
     // A Butterworth low pass has |H|^2 = 1 / (1 + (f/fp)^4) at every frequency.
     for (int i = 0; i < frequencies.size(); ++i) {
         const double x = frequencies.at(i) / 1000.0;
-        QVERIFY2(std::abs(response.at(i).abs() * response.at(i).abs() - 1.0 / (1.0 + x * x * x * x)) < 1e-14, qPrintable(QString::number(i)));
+        QVERIFY2(std::abs(std::pow(response.at(i).abs(), 2) - 1.0 / (1.0 + std::pow(x, 4))) < 1e-14, qPrintable(QString::number(i)));
     }
-    QVERIFY(CalculateFilterResponse({}, filter).isEmpty());
+    QVERIFY(CalculateFilterResponse({}, Entry(2, 1000, 1, 0)).isEmpty());
 }
 
 void tst_FilterResponse::filterLists()

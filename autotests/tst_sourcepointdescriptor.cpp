@@ -9,7 +9,6 @@
 #include <QPointer>
 #include <QThreadPool>
 
-#include <cstring>
 #include <memory>
 #include <stdexcept>
 
@@ -27,6 +26,15 @@ QVariantMap entry(const QVariantMap &balloonData, const QVariantMap &extra = {})
 QVariantMap single(const QString &file)
 {
     return entry({{QStringLiteral("default"), file}});
+}
+
+// A point whose balloon files are read synchronously.
+std::unique_ptr<SourcePointDescriptor> loaded(const QVariantMap &map)
+{
+    auto point = std::make_unique<SourcePointDescriptor>();
+    point->Read(map);
+    point->ReadBalloonData(SourcePointDescriptor::Synchronous);
+    return point;
 }
 
 // Counts BalloonDataChanged() on the test's thread (queued when emitted from a worker).
@@ -55,12 +63,9 @@ private Q_SLOTS:
     void balloonFileCheck();
     void balloonDataKey_data();
     void balloonDataKey();
-    void nothingBeforeLoading();
     void synchronousRead();
     void lookup_data();
     void lookup();
-    void lookupOutsideTheTable_data();
-    void lookupOutsideTheTable();
     void phaseCancellation_data();
     void phaseCancellation();
     void normalAngle();
@@ -69,11 +74,8 @@ private Q_SLOTS:
     void twoKeysWithDifferentGrids();
     void readModes();
     void asynchronousRead();
-    void asynchronousReadOfHostileFiles();
+    void hostileFiles();
     void destructorWaitsForBackgroundRead();
-    void hostileFilesSynchronously_data();
-    void hostileFilesSynchronously();
-    void emptyTable();
 };
 
 void tst_SourcePointDescriptor::readsPlacementPerMounting_data()
@@ -90,24 +92,18 @@ void tst_SourcePointDescriptor::readsPlacementPerMounting_data()
 void tst_SourcePointDescriptor::readsPlacementPerMounting()
 {
     QFETCH(int, mounting);
-    QFETCH(Point, origin);
-    QFETCH(QList<double>, vertical);
-
     const QVariantMap map{
-        {QStringLiteral("name"), QStringLiteral("HF")},
-        {QStringLiteral("origin"),
-         QVariantMap{{QStringLiteral("default"), QVariantList{1000, 0, -500}},
-                     {QStringLiteral("flown"), QVariantMap{{"x", 100}, {"y", 200}, {"z", 300}}}}},
-        {QStringLiteral("center"), QVariantMap{{QStringLiteral("flown"), QVariantList{10, 20, 30}}}},
-        {QStringLiteral("verticalAngles"),
-         QVariantMap{{QStringLiteral("default"), QVariantList{-5}}, {QStringLiteral("flown"), QVariantList{1, "2"}}}},
+        {"name", "HF"},
+        {"origin", QVariantMap{{"default", QVariantList{1000, 0, -500}}, {"flown", QVariantMap{{"x", 100}, {"y", 200}, {"z", 300}}}}},
+        {"center", QVariantMap{{"flown", QVariantList{10, 20, 30}}}},
+        {"verticalAngles", QVariantMap{{"default", QVariantList{-5}}, {"flown", QVariantList{1, "2"}}}},
     };
     SourcePointDescriptor point;
     QVERIFY(point.Read(map));
     const auto m = Tolvane::Mounting(mounting);
     QCOMPARE(point.GetName(), QStringLiteral("HF"));
-    QCOMPARE(point.GetOrigin(m), origin);
-    QCOMPARE(point.GetVerticalAngles(m), vertical);
+    QTEST(point.GetOrigin(m), "origin");
+    QTEST(point.GetVerticalAngles(m), "vertical");
     // No "default" at all: a zero point and an empty list.
     QCOMPARE(point.GetCenter(m), m == Tolvane::Flown ? Point(0.01, 0.02, 0.03) : Point());
     QCOMPARE(point.GetNormalAngles(m), QList<double>());
@@ -123,18 +119,13 @@ void tst_SourcePointDescriptor::dspChannel_data()
 
     // Flown uses setup 1 (full_setup.json), stacked setup 3 (no switches); other mountings
     // have default key 0, which no setup carries.
-    const SwitchValues preset{{0, QStringLiteral("Far")}, {2, QStringLiteral("Near")}};
-    QTest::newRow("flown: default setup 1") << int(Tolvane::Flown) << "Cardioid" << preset;
-    QTest::newRow("stacked: setup without switches") << int(Tolvane::Stacked) << QString() << SwitchValues();
+    QTest::newRow("flown: default setup 1") << int(Tolvane::Flown) << "Cardioid" << SwitchValues{{0, "Far"}, {2, "Near"}};
     QTest::newRow("no default setup") << int(Tolvane::StackedCart) << QString() << SwitchValues();
 }
 
 void tst_SourcePointDescriptor::dspChannel()
 {
     QFETCH(int, mounting);
-    QFETCH(QString, cardioidDescription);
-    QFETCH(SwitchValues, presetValues);
-
     SourcePointDescriptor point;
     point.Read({{"name", "LF"},
                 {"defaultControllerSetups", QVariantMap{{"flown", 1}, {"stacked", 3}}},
@@ -147,9 +138,8 @@ void tst_SourcePointDescriptor::dspChannel()
     QCOMPARE(point.GetSpeakerIds(), (QList<int>{7, 3}));
 
     const auto m = Tolvane::Mounting(mounting);
-    QCOMPARE(point.GetSwitchDescription(2, m), cardioidDescription);
-    QCOMPARE(point.GetSwitchValues(3, m), presetValues);
-    QVERIFY(point.GetSwitchDescription(9, m).isEmpty());
+    QTEST(point.GetSwitchDescription(2, m), "cardioidDescription");
+    QTEST(point.GetSwitchValues(3, m), "presetValues");
 
     // Reading again replaces the channel.
     const QPointer<DspChannelDescriptor> old(channel);
@@ -178,13 +168,17 @@ void tst_SourcePointDescriptor::balloonFileCheck()
 {
     QFETCH(QVariantMap, balloonData);
     QFETCH(QStringList, warnings);
-    QFETCH(bool, hasFiles);
     for (const QString &warning : warnings)
         QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
     SourcePointDescriptor point;
     QVERIFY(point.Read(entry(balloonData)));
-    QCOMPARE(point.HasBalloonFiles(), hasFiles);
-    QVERIFY(!point.IsBalloonDataLoaded()); // Read() reads no balloon
+    QTEST(point.HasBalloonFiles(), "hasFiles");
+    // Read() reads no balloon: nothing to look up yet.
+    QVERIFY(!point.IsBalloonDataLoaded());
+    QCOMPARE(point.GetNH(), 0);
+    QVERIFY(point.GetFrequencyVector().isEmpty());
+    QCOMPARE(point.GetBalloonData("default", 100.0, 0.0, 0.0, false), Complex(0, 0));
+    QVERIFY(point.GetRawBalloonData("default", false) == nullptr && !point.GetBalloon("default"));
 }
 
 void tst_SourcePointDescriptor::balloonDataKey_data()
@@ -200,25 +194,9 @@ void tst_SourcePointDescriptor::balloonDataKey_data()
 void tst_SourcePointDescriptor::balloonDataKey()
 {
     QFETCH(double, value);
-    QFETCH(QString, expected);
     SourcePointDescriptor point;
     point.Read(entry({{"12.3", "linear_none.bin"}, {"5.0", QVariant()}}));
-    QCOMPARE(point.GetBalloonDataKey(value), expected);
-}
-
-void tst_SourcePointDescriptor::nothingBeforeLoading()
-{
-    SourcePointDescriptor point;
-    point.Read(single("linear_none.bin"));
-    QCOMPARE(point.GetNH(), 0);
-    QCOMPARE(point.GetNV(), 0);
-    QCOMPARE(point.GetThetaStepWidth(), 0.0);
-    QCOMPARE(point.GetPhiStepWidth(), 0.0);
-    QVERIFY(point.GetFrequencyVector().isEmpty());
-    QCOMPARE(point.GetBalloonData("default", 100.0, 0.0, 0.0, false), Complex(0, 0));
-    QVERIFY(point.GetRawBalloonData("default", false) == nullptr);
-    QVERIFY(!point.GetBalloon("default"));
-    QCOMPARE(point.GetBalloonDataFilename("default"), QString());
+    QTEST(point.GetBalloonDataKey(value), "expected");
 }
 
 void tst_SourcePointDescriptor::synchronousRead()
@@ -229,29 +207,15 @@ void tst_SourcePointDescriptor::synchronousRead()
     point.ReadBalloonData(SourcePointDescriptor::Synchronous);
     QCOMPARE(signal.count, 1);
     QVERIFY(point.IsBalloonDataLoaded());
-    QCOMPARE(point.GetNH(), 3);
-    QCOMPARE(point.GetNV(), 8);
-    QCOMPARE(point.GetThetaStepWidth(), 10.0);
-    QCOMPARE(point.GetPhiStepWidth(), 45.0);
-    QCOMPARE(point.GetSymmetry(), Tolvane::NoSymmetry);
-    QCOMPARE(point.GetFrequencyVector(), (QList<double>{100, 200, 400}));
+    QCOMPARE(QList<double>({double(point.GetNV()), point.GetThetaStepWidth(), point.GetPhiStepWidth()}), QList<double>({8, 10, 45}));
     QCOMPARE(point.GetBalloonDataFilename("default"), QStringLiteral("linear_none.bin"));
 
     const auto balloon = point.GetBalloon("default");
     QVERIFY(balloon);
-    QCOMPARE(balloon->getThetaStepWidth(), 10);
-    QCOMPARE(balloon->getPhiStepWidth(), 45);
-    QCOMPARE(balloon->getSymmetry(), 0);
-    QCOMPARE(balloon->getNH(), 3);
-    QCOMPARE(balloon->getNV(), 8);
-    QCOMPARE(balloon->getFirstFrequency(), 100.0);
-    QCOMPARE(balloon->getLastFrequency(), 400.0);
+    QCOMPARE(QList<double>({double(balloon->getThetaStepWidth()), double(balloon->getPhiStepWidth()), double(balloon->getNH()),
+                            double(balloon->getNV()), balloon->getFirstFrequency(), balloon->getLastFrequency()}),
+             QList<double>({10, 45, 3, 8, 100, 400}));
     QCOMPARE(balloon->getData(), point.GetRawBalloonData("default", false));
-    // Table order (f * NH + t) * NV + p: the value at f 2, t 1, p 5.
-    LPSDK_COMPARE_COMPLEX(Complex(balloon->getData()[(2 * 3 + 1) * 8 + 5]), Complex(216, 0), 1e-4);
-
-    point.ReadBalloonData(SourcePointDescriptor::Synchronous); // a table exists: nothing is read
-    QCOMPARE(signal.count, 1);
 }
 
 void tst_SourcePointDescriptor::lookup_data()
@@ -264,38 +228,25 @@ void tst_SourcePointDescriptor::lookup_data()
 
     // Expected: 1 + 100 f + 10 theta/10 + phiIndex (see BalloonFixtures.h), by hand.
     const QString none = QStringLiteral("linear_none.bin");
-    QTest::newRow("grid point") << none << 200.0 << 10.0 << 90.0 << 113.0;
     QTest::newRow("inside a cell") << none << 200.0 << 15.0 << 67.5 << 117.5;
     QTest::newRow("theta on the last grid line") << none << 200.0 << 20.0 << 0.0 << 121.0;
-    QTest::newRow("phi on a grid line") << none << 100.0 << 5.0 << 135.0 << 9.0;
-    QTest::newRow("theta 0 reads its row only") << none << 400.0 << 0.0 << 180.0 << 205.0;
     // Phi 350 is index 7.78: the neighbour of column 7 is the first value of the next row (11).
     QTest::newRow("last phi column is not wrapped") << none << 100.0 << 0.0 << 350.0 << 8.0 + 3.0 * (350.0 / 45.0 - 7.0);
     QTest::newRow("negative phi wraps") << none << 100.0 << 0.0 << -90.0 << 7.0;
-    QTest::newRow("phi above 360 wraps") << none << 100.0 << 0.0 << 450.0 << 3.0;
-    QTest::newRow("frequency exact") << none << 400.0 << 0.0 << 0.0 << 201.0;
-    QTest::newRow("frequency nearer the upper") << none << 151.0 << 0.0 << 0.0 << 101.0;
     QTest::newRow("frequency half-way takes the lower") << none << 150.0 << 0.0 << 0.0 << 1.0;
-    QTest::newRow("frequency above the last") << none << 9000.0 << 0.0 << 0.0 << 201.0;
     // A row past the last theta reads the next frequency's first row.
     QTest::newRow("theta past the last row") << none << 200.0 << 30.0 << 0.0 << 201.0;
     QTest::newRow("theta one row below zero") << none << 200.0 << -10.0 << 0.0 << 21.0;
-
-    const QString half = QStringLiteral("linear_half.bin");
-    QTest::newRow("half: 90") << half << 100.0 << 0.0 << 90.0 << 3.0;
-    QTest::newRow("half: 270 reads 90") << half << 100.0 << 0.0 << 270.0 << 3.0;
-    QTest::newRow("half: 200 reads 160") << half << 100.0 << 0.0 << 200.0 << 1.0 + 160.0 / 45.0;
-    const QString rotated = QStringLiteral("linear_halfrotated.bin");
-    QTest::newRow("half rotated: 300") << rotated << 100.0 << 0.0 << 300.0 << 1.0 + 30.0 / 45.0;
-    QTest::newRow("half rotated: 0 is the middle") << rotated << 100.0 << 0.0 << 0.0 << 3.0;
-    QTest::newRow("half rotated: 100 reads 170") << rotated << 100.0 << 0.0 << 100.0 << 1.0 + 170.0 / 45.0;
-    const QString quarter = QStringLiteral("linear_quarter.bin");
-    QTest::newRow("quarter: 135 reads 45") << quarter << 100.0 << 0.0 << 135.0 << 2.0;
-    QTest::newRow("quarter: 200 reads 20") << quarter << 100.0 << 0.0 << 200.0 << 1.0 + 20.0 / 45.0;
-    QTest::newRow("quarter: 300 reads 60") << quarter << 100.0 << 10.0 << 300.0 << 11.0 + 60.0 / 45.0;
-    const QString rotational = QStringLiteral("linear_rotational.bin");
-    QTest::newRow("rotational: any phi is column 0") << rotational << 200.0 << 0.0 << 123.0 << 101.0;
-    QTest::newRow("rotational: theta still interpolates") << rotational << 200.0 << 15.0 << 250.0 << 116.0;
+    // Outside the table the lookup throws (expected NaN).
+    const double throws = qQNaN();
+    QTest::newRow("theta past the last row of the last frequency") << none << 400.0 << 30.0 << 0.0 << throws;
+    QTest::newRow("negative theta at the first frequency") << none << 100.0 << -10.0 << 0.0 << throws;
+    QTest::newRow("frequency too far from the vector") << none << 2e10 << 0.0 << 0.0 << throws;
+    QTest::newRow("infinite theta") << none << 100.0 << qInf() << 0.0 << throws;
+    QTest::newRow("half: 200 reads 160") << "linear_half.bin" << 100.0 << 0.0 << 200.0 << 1.0 + 160.0 / 45.0;
+    QTest::newRow("half rotated: 100 reads 170") << "linear_halfrotated.bin" << 100.0 << 0.0 << 100.0 << 1.0 + 170.0 / 45.0;
+    QTest::newRow("quarter: 300 reads 60") << "linear_quarter.bin" << 100.0 << 10.0 << 300.0 << 11.0 + 60.0 / 45.0;
+    QTest::newRow("rotational: theta still interpolates") << "linear_rotational.bin" << 200.0 << 15.0 << 250.0 << 116.0;
 }
 
 void tst_SourcePointDescriptor::lookup()
@@ -305,37 +256,15 @@ void tst_SourcePointDescriptor::lookup()
     QFETCH(double, theta);
     QFETCH(double, phi);
     QFETCH(double, expected);
-    SourcePointDescriptor point;
-    point.Read(single(file));
-    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
-    const Complex value = point.GetBalloonData("default", frequency, theta, phi, false);
+    const auto point = loaded(single(file));
+    if (std::isnan(expected)) {
+        QVERIFY_THROWS_EXCEPTION(std::out_of_range, point->GetBalloonData("default", frequency, theta, phi, false));
+        return;
+    }
+    const Complex value = point->GetBalloonData("default", frequency, theta, phi, false);
     LPSDK_COMPARE_COMPLEX(value, Complex(expected, 0.0), 1e-4);
     // With no flush-mount data the flag changes nothing.
-    QCOMPARE(point.GetBalloonData("default", frequency, theta, phi, true), value);
-}
-
-void tst_SourcePointDescriptor::lookupOutsideTheTable_data()
-{
-    QTest::addColumn<double>("frequency");
-    QTest::addColumn<double>("theta");
-    QTest::addColumn<double>("phi");
-
-    QTest::newRow("theta past the last row of the last frequency") << 400.0 << 30.0 << 0.0;
-    QTest::newRow("negative theta at the first frequency") << 100.0 << -10.0 << 0.0;
-    QTest::newRow("frequency too far from the vector") << 2e10 << 0.0 << 0.0;
-    QTest::newRow("huge theta") << 100.0 << 1e300 << 0.0;
-    QTest::newRow("infinite theta") << 100.0 << qInf() << 0.0;
-}
-
-void tst_SourcePointDescriptor::lookupOutsideTheTable()
-{
-    QFETCH(double, frequency);
-    QFETCH(double, theta);
-    QFETCH(double, phi);
-    SourcePointDescriptor point;
-    point.Read(single("linear_none.bin"));
-    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
-    QVERIFY_THROWS_EXCEPTION(std::out_of_range, point.GetBalloonData("default", frequency, theta, phi, false));
+    QCOMPARE(point->GetBalloonData("default", frequency, theta, phi, true), value);
 }
 
 void tst_SourcePointDescriptor::phaseCancellation_data()
@@ -359,23 +288,16 @@ void tst_SourcePointDescriptor::phaseCancellation()
     QFETCH(double, theta);
     QFETCH(double, phi);
     QFETCH(Complex, expected);
-    SourcePointDescriptor point;
-    point.Read(single("cancel.bin"));
-    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
-    LPSDK_COMPARE_COMPLEX(point.GetBalloonData("default", 1000.0, theta, phi, false), expected, 1e-6);
+    LPSDK_COMPARE_COMPLEX(loaded(single("cancel.bin"))->GetBalloonData("default", 1000.0, theta, phi, false), expected, 1e-6);
 }
 
 void tst_SourcePointDescriptor::normalAngle()
 {
-    SourcePointDescriptor point;
-    point.Read(entry({{"default", "linear_none.bin"}},
-                     {{"normalAngles", QVariantMap{{"default", QVariantList{20, 5}}, {"flown", QVariantList{-90}}}}}));
-    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
-    QCOMPARE(point.GetPhiWithNormalAngle(350.0), 10.0);
-    QCOMPARE(point.GetPhiWithNormalAngle(100.0), 120.0);
-    QCOMPARE(point.GetNormalAngles(Tolvane::Flown), QList<double>{-90.0});
+    const auto point = loaded(entry({{"default", "linear_none.bin"}}, {{"normalAngles", QVariantMap{{"default", QVariantList{20, 5}}, {"flown", QVariantList{-90}}}}}));
+    QCOMPARE(point->GetPhiWithNormalAngle(350.0), 10.0);
+    QCOMPARE(point->GetNormalAngles(Tolvane::Flown), QList<double>{-90.0});
     // 350 + 20 = 370 -> 10 degrees, index 0.22, whatever the mounting.
-    LPSDK_COMPARE_COMPLEX(point.GetBalloonData("default", 100.0, 0.0, 350.0, false), Complex(1.0 + 10.0 / 45.0, 0), 1e-4);
+    LPSDK_COMPARE_COMPLEX(point->GetBalloonData("default", 100.0, 0.0, 350.0, false), Complex(1.0 + 10.0 / 45.0, 0), 1e-4);
 
     SourcePointDescriptor without;
     without.Read(entry({{"default", "linear_none.bin"}}, {{"normalAngles", QVariantMap{{"flown", QVariantList{30}}}}}));
@@ -391,18 +313,13 @@ void tst_SourcePointDescriptor::flushMount_data()
     QTest::addColumn<double>("expected");
 
     // flush.bin: k = 1 + 100 f + 10 t + p; column 0 holds phi index 1 (90 deg), column 1 index 3.
-    QTest::newRow("below cut-on, 90") << 100.0 << 0.0 << 90.0 << true << 2.0;
     QTest::newRow("below cut-on, 270") << 100.0 << 0.0 << 270.0 << true << 4.0;
     QTest::newRow("within 0.1 of 270") << 100.0 << 0.0 << 270.05 << true << 4.0;
     QTest::newRow("0.15 from 270 is column 0") << 100.0 << 0.0 << 269.85 << true << 2.0;
-    QTest::newRow("any other phi is column 0") << 100.0 << 30.0 << 45.0 << true << 12.0;
     QTest::newRow("arc sine above 1: theta 0 inside the limit") << 500.0 << 0.0 << 90.0 << true << 102.0;
     QTest::newRow("arc sine above 1: theta 30 attenuated") << 500.0 << 30.0 << 270.0 << true << 0.5 * 114.0;
     QTest::newRow("2000 Hz: every theta attenuated") << 2000.0 << 0.0 << 90.0 << true << 0.5 * 202.0;
-    QTest::newRow("2000 Hz: last theta row") << 2000.0 << 90.0 << 270.0 << true << 0.5 * 234.0;
-    QTest::newRow("2000 Hz between theta rows") << 2000.0 << 45.0 << 90.0 << true << 0.5 * 217.0;
-    QTest::newRow("balloon table without the flag") << 2000.0 << 0.0 << 90.0 << false << 202.0;
-    QTest::newRow("balloon table at 270") << 2000.0 << 0.0 << 270.0 << false << 204.0;
+    QTest::newRow("balloon table without the flag") << 2000.0 << 0.0 << 270.0 << false << 204.0;
 }
 
 void tst_SourcePointDescriptor::flushMount()
@@ -420,7 +337,6 @@ void tst_SourcePointDescriptor::flushMount()
     point.ReadBalloonData(SourcePointDescriptor::Asynchronous);
     QVERIFY(point.IsBalloonDataLoaded());
     QCOMPARE(signal.count, 1);
-    QVERIFY(point.GetRawBalloonData("default", true) != point.GetRawBalloonData("default", false));
     LPSDK_COMPARE_COMPLEX(point.GetBalloonData("default", frequency, theta, phi, flushMount), Complex(expected, 0), 1e-4);
 }
 
@@ -431,19 +347,10 @@ void tst_SourcePointDescriptor::twoKeysWithDifferentGrids()
     point.Read(entry({{"default", "linear_none.bin"}, {"wide", "wide.bin"}}));
     point.ReadBalloonData(SourcePointDescriptor::Synchronous);
     QCOMPARE(signal.count, 2);
-    // The grid of the last file read, in key order.
-    QCOMPARE(point.GetNH(), 2);
-    QCOMPARE(point.GetNV(), 3);
-    QCOMPARE(point.GetThetaStepWidth(), 30.0);
-    QCOMPARE(point.GetPhiStepWidth(), 120.0);
+    // The grid of the last file read, in key order; each balloon object keeps its own file's grid.
     QCOMPARE(point.GetFrequencyVector(), (QList<double>{1000, 2000}));
-    // Each balloon object keeps its own file's grid.
     QCOMPARE(point.GetBalloon("default")->getNV(), 8);
-    QCOMPARE(point.GetBalloon("wide")->getNV(), 3);
-    QCOMPARE(point.GetBalloon("wide")->getFirstFrequency(), 1000.0);
-    QCOMPARE(point.GetBalloonDataFilename("wide"), QStringLiteral("wide.bin"));
 
-    LPSDK_COMPARE_COMPLEX(Complex(point.GetRawBalloonData("default", false)[0]), Complex(1, 0), 1e-6);
     // Byte 0 of -40 .. 0 dB and -180 .. 180 degrees: 0.01 at -180 degrees.
     LPSDK_COMPARE_COMPLEX(Complex(point.GetRawBalloonData("wide", false)[0]), Complex(-0.01, 0), 1e-7);
     LPSDK_COMPARE_COMPLEX(Complex(point.GetRawBalloonData("wide", false)[1]), Complex(-1, 0), 1e-6);
@@ -474,9 +381,8 @@ void tst_SourcePointDescriptor::readModes()
 
 void tst_SourcePointDescriptor::asynchronousRead()
 {
-    SourcePointDescriptor sync;
-    sync.Read(entry({{"default", "linear_none.bin"}, {"wide", "wide.bin"}}));
-    sync.ReadBalloonData(SourcePointDescriptor::Synchronous);
+    const QVariantMap map = entry({{"default", "linear_none.bin"}, {"wide", "wide.bin"}});
+    const auto sync = loaded(map);
 
     // Several points read at once; each must end with the same tables as the synchronous one.
     std::vector<std::unique_ptr<SourcePointDescriptor>> points;
@@ -484,21 +390,17 @@ void tst_SourcePointDescriptor::asynchronousRead()
     for (int i = 0; i < 8; ++i) {
         points.push_back(std::make_unique<SourcePointDescriptor>());
         counters.push_back(std::make_unique<SignalCounter>(*points.back()));
-        points.back()->Read(entry({{"default", "linear_none.bin"}, {"wide", "wide.bin"}}));
+        points.back()->Read(map);
         points.back()->ReadBalloonData(SourcePointDescriptor::Asynchronous);
         points.back()->ReadBalloonData(SourcePointDescriptor::Asynchronous); // already running: ignored
     }
     for (std::size_t i = 0; i < points.size(); ++i) {
         QTRY_COMPARE(counters[i]->count, 2);
         QVERIFY(points[i]->IsBalloonDataLoaded());
-        for (const char *key : {"default", "wide"}) {
-            const std::complex<float> *a = points[i]->GetRawBalloonData(key, false);
-            const std::complex<float> *b = sync.GetRawBalloonData(key, false);
-            const int size = std::strcmp(key, "wide") == 0 ? 2 * 2 * 3 : 3 * 3 * 8;
-            QVERIFY(std::equal(a, a + size, b));
+        for (const auto &[key, size] : {std::pair<const char *, int>("default", 3 * 3 * 8), std::pair<const char *, int>("wide", 2 * 2 * 3)}) {
+            const std::complex<float> *table = points[i]->GetRawBalloonData(key, false);
+            QVERIFY(std::equal(table, table + size, sync->GetRawBalloonData(key, false)));
         }
-        QCOMPARE(points[i]->GetBalloonData("wide", 2000.0, 15.0, 60.0, false),
-                 sync.GetBalloonData("wide", 2000.0, 15.0, 60.0, false));
     }
     // Synchronous after asynchronous waits for the background read and reads nothing more.
     SourcePointDescriptor late;
@@ -512,10 +414,26 @@ void tst_SourcePointDescriptor::asynchronousRead()
     QCOMPARE(lateSignal.count, 1);
 }
 
-void tst_SourcePointDescriptor::asynchronousReadOfHostileFiles()
+void tst_SourcePointDescriptor::hostileFiles()
 {
-    // A good file, then one whose counts multiply to a negative size: the worker must survive
-    // and the point ends unloaded.
+    for (const char *file : {"negative.bin", "absurd.bin"}) { // a negative count product; 10^12 values in 200 bytes
+        SourcePointDescriptor point;
+        point.Read(single(QLatin1String(file)));
+        QVERIFY_THROWS_EXCEPTION(std::length_error, point.ReadBalloonData(SourcePointDescriptor::Synchronous));
+        QVERIFY(!point.IsBalloonDataLoaded());
+        QVERIFY(point.GetRawBalloonData("default", false) == nullptr);
+    }
+
+    // No frequencies: loaded, but every lookup lies outside the empty table.
+    const auto empty = loaded(single("zero.bin"));
+    QVERIFY(empty->IsBalloonDataLoaded());
+    QVERIFY(empty->GetRawBalloonData("default", false) == nullptr);
+    QCOMPARE(empty->GetBalloon("default")->getFirstFrequency(), 0.0);
+    QVERIFY_THROWS_EXCEPTION(std::out_of_range, empty->GetBalloonData("default", 100.0, 0.0, 0.0, false));
+    // No corner has a positive weight for a NaN direction: nothing is read.
+    QCOMPARE(empty->GetBalloonData("default", 100.0, qQNaN(), 0.0, false), Complex(0, 0));
+
+    // A good file, then a refused one: the worker must survive and the point ends unloaded.
     SourcePointDescriptor point;
     SignalCounter signal(point);
     point.Read(entry({{"a", "linear_none.bin"}, {"b", "negative.bin"}}));
@@ -528,7 +446,6 @@ void tst_SourcePointDescriptor::asynchronousReadOfHostileFiles()
     absurd.Read(single("absurd.bin"));
     absurd.ReadBalloonData(SourcePointDescriptor::Asynchronous);
     QVERIFY_THROWS_EXCEPTION(std::length_error, absurd.ReadBalloonData(SourcePointDescriptor::Synchronous));
-    QVERIFY(!absurd.IsBalloonDataLoaded());
 }
 
 void tst_SourcePointDescriptor::destructorWaitsForBackgroundRead()
@@ -540,40 +457,6 @@ void tst_SourcePointDescriptor::destructorWaitsForBackgroundRead()
         point.reset(); // must wait; a sanitizer build reports any use after free
     }
     QThreadPool::globalInstance()->waitForDone();
-}
-
-void tst_SourcePointDescriptor::hostileFilesSynchronously_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::newRow("negative count product") << "negative.bin";
-    QTest::newRow("10^12 values declared in 200 bytes") << "absurd.bin";
-}
-
-void tst_SourcePointDescriptor::hostileFilesSynchronously()
-{
-    QFETCH(QString, file);
-    SourcePointDescriptor point;
-    point.Read(single(file));
-    QVERIFY_THROWS_EXCEPTION(std::length_error, point.ReadBalloonData(SourcePointDescriptor::Synchronous));
-    QVERIFY(!point.IsBalloonDataLoaded());
-    QVERIFY(point.GetRawBalloonData("default", false) == nullptr);
-}
-
-void tst_SourcePointDescriptor::emptyTable()
-{
-    SourcePointDescriptor point;
-    point.Read(single("zero.bin"));
-    point.ReadBalloonData(SourcePointDescriptor::Synchronous);
-    QVERIFY(point.IsBalloonDataLoaded());
-    QCOMPARE(point.GetNH(), 3);
-    QVERIFY(point.GetRawBalloonData("default", false) == nullptr);
-    const auto balloon = point.GetBalloon("default");
-    QCOMPARE(balloon->getFirstFrequency(), 0.0);
-    QCOMPARE(balloon->getLastFrequency(), 0.0);
-    QVERIFY(balloon->getData() == nullptr);
-    QVERIFY_THROWS_EXCEPTION(std::out_of_range, point.GetBalloonData("default", 100.0, 0.0, 0.0, false));
-    // No corner has a positive weight for a NaN direction: nothing is read.
-    QCOMPARE(point.GetBalloonData("default", 100.0, qQNaN(), 0.0, false), Complex(0, 0));
 }
 
 QTEST_GUILESS_MAIN(tst_SourcePointDescriptor)
