@@ -83,6 +83,11 @@ void tst_FilterResponse::closedForms_data()
     QTest::newRow("resonant low shelf: cut at corner")
         << Entry(13, 100, 2, -6) << 100.0 << Complex(1.0 / (1 + 4 * g6 * g6), 2 * g6 / (1 + 4 * g6 * g6)) << 1e-14;
     QTest::newRow("resonant high shelf: corner") << Entry(14, 100, 2, 6) << 100.0 << Complex(1, g6 * 2) << 1e-14;
+    // s = 0.1j, Q 1: 1 + g (-0.01) / (0.99 + 0.1j).
+    QTest::newRow("resonant high shelf: a decade down")
+        << Entry(14, 1000, 1, 6) << 100.0 << Complex(1 - 0.0099 * g6 / 0.9901, 0.001 * g6 / 0.9901) << 1e-15;
+    QTest::newRow("resonant high shelf: cut at corner")
+        << Entry(14, 100, 2, -6) << 100.0 << Complex(1.0 / (1 + 4 * g6 * g6), -2 * g6 / (1 + 4 * g6 * g6)) << 1e-14;
     QTest::newRow("notch: zero at centre") << Entry(15, 1000, 4, 0) << 1000.0 << Complex(0, 0) << 1e-15;
     QTest::newRow("notch: an octave up") << Entry(15, 1000, 1, 0) << 2000.0 << Complex(1 - 1.0 / 3.25, 1.5 / 3.25) << 1e-15;
 }
