@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Balloon reading and lookup. Run a Release build: build/bin/bench_balloon
+#include "AllocationCounter.h"
 #include "BalloonFileReader_p.h"
 #include "SourcePointDescriptor.h"
 
@@ -10,33 +11,10 @@
 
 #include <benchmark/benchmark.h>
 
-#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <new>
-
-// Counts heap allocations so that the lookup benchmark can show it makes none.
-static std::atomic<long long> g_allocations{0};
-
-void *operator new(std::size_t size)
-{
-    g_allocations.fetch_add(1, std::memory_order_relaxed);
-    if (void *p = std::malloc(size ? size : 1))
-        return p;
-    throw std::bad_alloc();
-}
-
-void operator delete(void *p) noexcept
-{
-    std::free(p);
-}
-
-void operator delete(void *p, std::size_t) noexcept
-{
-    std::free(p);
-}
 
 namespace {
 

@@ -2,6 +2,7 @@
 // Reading a realistic controller setup file, and transfer-function queries over the whole
 // 1/24-octave grid with and without coupling, against a straightforward query that builds
 // the "Switch%1_%2" keys and evaluates the coupling biquads through the public helpers.
+#include "AllocationCounter.h"
 #include "CouplingFilterProvider.h"
 #include "FilterResponse.h"
 #include "LoudspeakerSetup.h"
@@ -14,32 +15,11 @@
 #include <QSqlDatabase>
 #include <QTemporaryDir>
 
-#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <new>
 #include <vector>
-
-// Counts heap allocations of the whole process (the library included) to show that queries make none.
-static std::atomic<long> g_allocations {0};
-
-void *operator new(std::size_t size)
-{
-    ++g_allocations;
-    if (void *p = std::malloc(size ? size : 1))
-        return p;
-    throw std::bad_alloc();
-}
-void operator delete(void *p) noexcept
-{
-    std::free(p);
-}
-void operator delete(void *p, std::size_t) noexcept
-{
-    std::free(p);
-}
 
 namespace {
 
@@ -252,10 +232,10 @@ bool Check()
     const QMap<QString, QList<Complex>> responses = setup.GetFilterResponses(Tolvane::LogarithmicFrequencies);
     const QList<double> grid = setup.GetFrequencies(Tolvane::LogarithmicFrequencies);
     bool identical = true;
-    long allocations = 0;
+    long long allocations = 0;
     for (const QMap<int, int> *switches : {&g_plainSwitches, &g_coupledSwitches}) {
         for (int i = 0; i < 249; ++i) {
-            const long before = g_allocations.load();
+            const long long before = g_allocations.load();
             const Complex fast = setup.GetTransferFunction(Tolvane::LogarithmicFrequencies, i, *switches, Tolvane::NoSensitivity, false);
             allocations += g_allocations.load() - before;
             identical = identical && fast == StraightforwardQuery(responses, grid, setup.GetGain() * setup.GetPolarity(), setup.GetDelay(), i, *switches);
@@ -263,7 +243,7 @@ bool Check()
     }
     std::printf("coupling filters of pair (3, 6): %d biquads\n", int(CouplingFilterProvider::GetInstance().GetFilter(3, 6).size()));
     std::printf("results identical to the straightforward query: %s\n", identical ? "yes" : "NO");
-    std::printf("heap allocations in %d queries: %ld\n", 2 * 249, allocations);
+    std::printf("heap allocations in %d queries: %lld\n", 2 * 249, allocations);
     return identical && allocations == 0;
 }
 
