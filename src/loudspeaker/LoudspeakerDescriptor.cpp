@@ -389,11 +389,7 @@ QList<SourcePointDescriptor *> LoudspeakerDescriptor::GetSourcePointDescriptors(
 
 SourcePointDescriptor *LoudspeakerDescriptor::FirstSourcePoint() const
 {
-    for (SourcePointDescriptor *sourcePoint : m_sourcePoints) {
-        if (sourcePoint)
-            return sourcePoint;
-    }
-    return nullptr;
+    return m_sourcePoints.value(0, nullptr);
 }
 
 QString LoudspeakerDescriptor::GetDefaultAmplifier()
@@ -424,15 +420,14 @@ QString LoudspeakerDescriptor::GetSwitchDescription(int switchId, Tolvane::Mount
 bool LoudspeakerDescriptor::HasBalloonData()
 {
     return std::any_of(m_sourcePoints.cbegin(), m_sourcePoints.cend(),
-                       [](const SourcePointDescriptor *sourcePoint) { return sourcePoint && sourcePoint->HasBalloonFiles(); });
+                       [](const SourcePointDescriptor *sourcePoint) { return sourcePoint->HasBalloonFiles(); });
 }
 
 bool LoudspeakerDescriptor::SupportsContourCpl(Tolvane::Mounting mounting) const
 {
-    // Unlike the other source-point queries, this one asks the first entry as it stands.
-    if (m_sourcePoints.isEmpty() || !m_sourcePoints.first())
+    SourcePointDescriptor *sourcePoint = FirstSourcePoint();
+    if (!sourcePoint)
         return false;
-    SourcePointDescriptor *sourcePoint = m_sourcePoints.first();
     const QLatin1String contour("CPL_5");
     return sourcePoint->GetSwitchDescription(4, mounting).startsWith(contour)
         || sourcePoint->GetSwitchDescription(5, mounting).startsWith(contour);
@@ -442,8 +437,6 @@ QList<int> LoudspeakerDescriptor::GetSpeakerIds()
 {
     QList<int> ids;
     for (SourcePointDescriptor *sourcePoint : std::as_const(m_sourcePoints)) {
-        if (!sourcePoint)
-            continue;
         for (int id : sourcePoint->GetSpeakerIds()) {
             if (!ids.contains(id))
                 ids.append(id);

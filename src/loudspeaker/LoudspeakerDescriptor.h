@@ -104,6 +104,7 @@ public:
     static QString ConvertMountingToString(Tolvane::Mounting mounting);
 
 private:
+    /// The first source point, or null without any; the list holds only points this descriptor created.
     SourcePointDescriptor *FirstSourcePoint() const;
     bool ReadDescriptorFile(const QString &filePath);
     bool ReadCabinet(const QMap<QString, QVariant> &cabinet);

@@ -66,6 +66,18 @@ QMap<QString, QList<Point>> views(const QList<Point> &mesh, const QList<Point> &
     return {{QStringLiteral("3D"), mesh}, {QStringLiteral("top"), projectedXY(top)}, {QStringLiteral("side"), projectedXZ(side)}};
 }
 
+/// The basic fields and the rigging pocket that line and arc arrays share.
+template<typename ArrayShape>
+void readArrayPocket(ArrayShape &shape, const QMap<QString, QVariant> &parameters, const CabinetShapeBasic &basic)
+{
+    static_cast<CabinetShapeBasic &>(shape) = basic;
+    shape.depthPocket = readLength(parameters, "depthPocket");
+    shape.widthPocket = readLength(parameters, "widthPocket");
+    shape.anglePocket = readNumber(parameters, "anglePocket");
+    shape.widthPocketInner = shape.widthPocket - 2.0 * std::tan(((shape.anglePocket - 90.0) / 180.0) * Pi) * shape.depthPocket;
+    shape.trapInsetPocket = std::tan((basic.trapAngle * 0.5 / 180.0) * Pi) * (basic.depth - shape.depthPocket);
+}
+
 /// The eight-corner box of the plain and tapered cabinets, from its front half width and its
 /// right rear top corner P2; the left corners mirror the right, the bottom ones the top.
 QMap<QString, QList<Point>> eightCornerBox(double halfWidth, const Point &rearTopRight, double height)
@@ -129,12 +141,7 @@ CabinetShapeBasic CabinetShapeCreator::CalculateShapeDataBasic(const QMap<QStrin
 CabinetShapeArcArray CabinetShapeCreator::CalculateShapeDataArcArray(const QMap<QString, QVariant> &parameters, const CabinetShapeBasic &basic)
 {
     CabinetShapeArcArray shape;
-    static_cast<CabinetShapeBasic &>(shape) = basic;
-    shape.depthPocket = readLength(parameters, "depthPocket");
-    shape.widthPocket = readLength(parameters, "widthPocket");
-    shape.anglePocket = readNumber(parameters, "anglePocket");
-    shape.widthPocketInner = shape.widthPocket - 2.0 * std::tan(((shape.anglePocket - 90.0) / 180.0) * Pi) * shape.depthPocket;
-    shape.trapInsetPocket = std::tan((basic.trapAngle * 0.5 / 180.0) * Pi) * (basic.depth - shape.depthPocket);
+    readArrayPocket(shape, parameters, basic);
     shape.grillArcSections = parameters.value(QStringLiteral("grillArcSections")).toInt();
     shape.grillFrontOffset = readLength(parameters, "grillFrontOffset");
     return shape;
@@ -143,18 +150,13 @@ CabinetShapeArcArray CabinetShapeCreator::CalculateShapeDataArcArray(const QMap<
 CabinetShapeLineArray CabinetShapeCreator::CalculateShapeDataLineArray(const QMap<QString, QVariant> &parameters, const CabinetShapeBasic &basic)
 {
     CabinetShapeLineArray shape;
-    static_cast<CabinetShapeBasic &>(shape) = basic;
-    shape.depthPocket = readLength(parameters, "depthPocket");
-    shape.widthPocket = readLength(parameters, "widthPocket");
-    shape.anglePocket = readNumber(parameters, "anglePocket");
-    shape.widthPocketInner = shape.widthPocket - 2.0 * std::tan(((shape.anglePocket - 90.0) / 180.0) * Pi) * shape.depthPocket;
+    readArrayPocket(shape, parameters, basic);
     shape.depthRigging = readLength(parameters, "depthRigging");
     shape.depthTransition = readLength(parameters, "depthTransition");
     shape.widthReduction = readLength(parameters, "widthReduction");
     const double halfAngleTan = std::tan((basic.trapAngle * 0.5 / 180.0) * Pi);
     shape.trapInsetRigging = halfAngleTan * shape.depthRigging;
     shape.trapInsetTransition = halfAngleTan * (shape.depthRigging + shape.depthTransition);
-    shape.trapInsetPocket = halfAngleTan * (basic.depth - shape.depthPocket);
     return shape;
 }
 
