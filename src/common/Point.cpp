@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Point.h"
 
+#include "Units.h"
+
 #include <QDataStream>
 #include <QDebug>
 
@@ -8,7 +10,7 @@
 #include <cmath>
 
 namespace {
-constexpr double MillimetresPerMetre = 1000.0;
+using Units::MillimetresPerMetre;
 }
 
 Point::~Point() = default;

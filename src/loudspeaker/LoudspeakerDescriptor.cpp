@@ -7,18 +7,20 @@
 #include "LoudspeakerSeries_Interface.h"
 #include "LoudspeakerSetup.h"
 #include "SourcePointDescriptor.h"
+#include "Units.h"
+#include "Vocabulary.h"
 #include "Warning_p.h"
 
 #include <algorithm>
-#include <initializer_list>
 
 namespace {
-constexpr double MillimetresPerMetre = 1000.0;
+using Units::MillimetresPerMetre;
+using Vocabulary::DefaultKey;
+using Vocabulary::firstHeld;
 
 const QString ViewKey3d = QStringLiteral("3D");
 const QString ViewKeyTop = QStringLiteral("top");
 const QString ViewKeySide = QStringLiteral("side");
-const QString DefaultKey = QStringLiteral("default");
 
 Tolvane::LoudspeakerTypeFlags typeFromText(const QString &text, bool *known)
 {
@@ -34,18 +36,6 @@ Tolvane::LoudspeakerTypeFlags typeFromText(const QString &text, bool *known)
     const auto it = types.constFind(text);
     *known = it != types.cend();
     return *known ? it.value() : Tolvane::LoudspeakerTypeFlags();
-}
-
-/// The value of the first of `keys` that `map` holds, else the one under "default", else `fallback`.
-template<typename T>
-T firstHeld(const QMap<QString, T> &map, std::initializer_list<QString> keys, const T &fallback = T())
-{
-    for (const QString &key : keys) {
-        const auto it = map.constFind(key);
-        if (it != map.cend())
-            return it.value();
-    }
-    return map.value(DefaultKey, fallback);
 }
 
 bool isPointForm(const QVariant &value)
@@ -306,21 +296,20 @@ QList<Point> LoudspeakerDescriptor::GetTopView()
 Point LoudspeakerDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)
 {
     // A mounting point may be given by its bare name, valid for every mounting.
-    const QString text = ConvertMountingToString(mounting);
-    return firstHeld(m_mountingPoints, {QStringLiteral("%1_%2").arg(text, name), name, QStringLiteral("%1_default").arg(text), text});
+    return firstHeld(m_mountingPoints,
+                     {Vocabulary::mountingKey(mounting, name), name, Vocabulary::mountingKey(mounting, DefaultKey), ConvertMountingToString(mounting)});
 }
 
 Point LoudspeakerDescriptor::GetConnectionPoint(Tolvane::Mounting mounting, const QString &name)
 {
     // Unlike mounting points, a connection point always carries its mounting in the key.
-    const QString text = ConvertMountingToString(mounting);
-    return firstHeld(m_connectionPoints, {QStringLiteral("%1_%2").arg(text, name), QStringLiteral("%1_default").arg(text), text});
+    return firstHeld(m_connectionPoints,
+                     {Vocabulary::mountingKey(mounting, name), Vocabulary::mountingKey(mounting, DefaultKey), ConvertMountingToString(mounting)});
 }
 
 Point LoudspeakerDescriptor::GetCenterOfGravity(Tolvane::Mounting mounting)
 {
-    const QString text = ConvertMountingToString(mounting);
-    return firstHeld(m_centersOfGravity, {QStringLiteral("%1_default").arg(text), text});
+    return firstHeld(m_centersOfGravity, {Vocabulary::mountingKey(mounting, DefaultKey), ConvertMountingToString(mounting)});
 }
 
 Point LoudspeakerDescriptor::GetCenterOfAudio(Tolvane::Mounting mounting)
@@ -329,7 +318,7 @@ Point LoudspeakerDescriptor::GetCenterOfAudio(Tolvane::Mounting mounting)
     if (isPointForm(center))
         return Point::fromVariant(center);
     const QVariantMap perMounting = center.toMap();
-    const QVariant value = firstHeld(perMounting, {QStringLiteral("%1_default").arg(ConvertMountingToString(mounting))});
+    const QVariant value = firstHeld(perMounting, {Vocabulary::mountingKey(mounting, DefaultKey)});
     return value.isValid() ? Point::fromVariant(value) : m_defaultCenter;
 }
 
@@ -338,7 +327,7 @@ double LoudspeakerDescriptor::GetCenterOfAudioVerticalAngle(Tolvane::Mounting mo
     const QVariant angle = m_centerOfAudio.value(QStringLiteral("verticalAngle"));
     if (angle.metaType().id() != QMetaType::QVariantMap)
         return angle.toDouble();
-    return firstHeld(angle.toMap(), {QStringLiteral("%1_default").arg(ConvertMountingToString(mounting))}).toDouble();
+    return firstHeld(angle.toMap(), {Vocabulary::mountingKey(mounting, DefaultKey)}).toDouble();
 }
 
 QMap<Tolvane::MechanicalConnectionPoint, Point> LoudspeakerDescriptor::GetMechanicalConnectionPoints(double previousSplayAngle, double nextSplayAngle)
@@ -429,8 +418,8 @@ bool LoudspeakerDescriptor::SupportsContourCpl(Tolvane::Mounting mounting) const
     if (!sourcePoint)
         return false;
     const QLatin1String contour("CPL_5");
-    return sourcePoint->GetSwitchDescription(4, mounting).startsWith(contour)
-        || sourcePoint->GetSwitchDescription(5, mounting).startsWith(contour);
+    return sourcePoint->GetSwitchDescription(Vocabulary::LowCouplingSwitch, mounting).startsWith(contour)
+        || sourcePoint->GetSwitchDescription(Vocabulary::MidCouplingSwitch, mounting).startsWith(contour);
 }
 
 QList<int> LoudspeakerDescriptor::GetSpeakerIds()
@@ -452,23 +441,5 @@ Point LoudspeakerDescriptor::GetDefaultCenter() const
 
 QString LoudspeakerDescriptor::ConvertMountingToString(Tolvane::Mounting mounting)
 {
-    switch (mounting) {
-    case Tolvane::Invalid:
-        return QStringLiteral("invalid");
-    case Tolvane::Flown:
-        return QStringLiteral("flown");
-    case Tolvane::Stacked:
-        return QStringLiteral("stacked");
-    case Tolvane::FlownHorizontal:
-        return QStringLiteral("flown_horizontal");
-    case Tolvane::StackedHorizontal:
-        return QStringLiteral("stacked_horizontal");
-    case Tolvane::StackedCart:
-        return QStringLiteral("stacked_cart");
-    case Tolvane::FlownInstall:
-        return QStringLiteral("flown_install");
-    case Tolvane::FlownPullback:
-        return QStringLiteral("flown_pullback");
-    }
-    return QString();
+    return Vocabulary::mountingText(mounting);
 }

@@ -3,15 +3,16 @@
 
 #include "CabinetShapeCreator.h"
 #include "JsonFileLoader.h"
-#include "LoudspeakerDescriptor.h"
 #include "RiggingOutline_p.h"
+#include "Units.h"
+#include "Vocabulary.h"
 
 #include <algorithm>
 
 namespace {
-constexpr double MillimetresPerMetre = 1000.0;
-
-const QString DefaultKey = QStringLiteral("default");
+using Units::MillimetresPerMetre;
+using Vocabulary::DefaultKey;
+using Vocabulary::firstHeld;
 
 double millimetres(const QVariantMap &map, const QString &key, double defaultValue = 0.0)
 {
@@ -21,17 +22,6 @@ double millimetres(const QVariantMap &map, const QString &key, double defaultVal
 QMap<QString, Point> pointMap(const QVariantMap &file, const QString &key)
 {
     return Point::fromVariantMap(file.value(key).toMap());
-}
-
-/// The first of `keys` that `points` holds, else the zero point.
-Point firstHeld(const QMap<QString, Point> &points, std::initializer_list<QString> keys)
-{
-    for (const QString &key : keys) {
-        const auto it = points.constFind(key);
-        if (it != points.cend())
-            return *it;
-    }
-    return Point();
 }
 
 /// One corner entry of "mechanicalConnectionPoints": a point itself, or points by name and mounting.
@@ -375,9 +365,8 @@ Size RiggingHardwareDescriptor::GetOutriggersBoundaryMaxSize()
 
 Point RiggingHardwareDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)
 {
-    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
     return firstHeld(m_mountingPoints,
-                     {QStringLiteral("%1_%2").arg(text, name), name, QStringLiteral("%1_default").arg(text), text, DefaultKey});
+                     {Vocabulary::mountingKey(mounting, name), name, Vocabulary::mountingKey(mounting, DefaultKey), Vocabulary::mountingText(mounting)});
 }
 
 QVariant RiggingHardwareDescriptor::GetCompressionPullPointMap()
@@ -415,7 +404,7 @@ QMap<Tolvane::MechanicalConnectionPoint, Point> RiggingHardwareDescriptor::GetMe
 {
     static const QString corners[] = {QStringLiteral("front, top"), QStringLiteral("rear, top"), QStringLiteral("rear, bottom"),
                                       QStringLiteral("front, bottom")};
-    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
+    const QString text = Vocabulary::mountingText(mounting);
     const QString compression = QStringLiteral(", compression");
 
     QMap<Tolvane::MechanicalConnectionPoint, Point> points;
@@ -433,13 +422,13 @@ QMap<Tolvane::MechanicalConnectionPoint, Point> RiggingHardwareDescriptor::GetMe
 
 Point RiggingHardwareDescriptor::GetConnectionPoint(Tolvane::Mounting mounting, const QString &name)
 {
-    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
-    return firstHeld(m_connectionPoints, {QStringLiteral("%1_%2").arg(text, name), QStringLiteral("%1_default").arg(text), text, DefaultKey});
+    return firstHeld(m_connectionPoints,
+                     {Vocabulary::mountingKey(mounting, name), Vocabulary::mountingKey(mounting, DefaultKey), Vocabulary::mountingText(mounting)});
 }
 
 Point RiggingHardwareDescriptor::GetConnectionPointOffset(double value)
 {
-    return firstHeld(m_connectionPointOffsets, {QString::number(value, 'f', 1), DefaultKey});
+    return firstHeld(m_connectionPointOffsets, {QString::number(value, 'f', 1)});
 }
 
 QVariant RiggingHardwareDescriptor::GetViews()

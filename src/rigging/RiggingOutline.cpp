@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "RiggingOutline_p.h"
 
+#include "Units.h"
+
 #include <QStringList>
 
 #include <algorithm>
 
 namespace {
-constexpr double MillimetresPerMetre = 1000.0;
+using Units::MillimetresPerMetre;
 
 double millimetres(const QVariantMap &map, const QString &key)
 {

@@ -7,6 +7,7 @@
 #include "CabinetShapeCuboidTrapped_p.h"
 #include "CabinetShapeLineArray_p.h"
 #include "CabinetShapeMonitor_p.h"
+#include "Units.h"
 
 #include <QDebug>
 #include <QPointF>
@@ -18,7 +19,7 @@
 
 namespace {
 constexpr double Pi = 3.14159265358979323846;
-constexpr double MillimetresPerMetre = 1000.0;
+using Units::MillimetresPerMetre;
 
 double readLength(const QMap<QString, QVariant> &parameters, const char *key)
 {
