@@ -9,9 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
 using Units::MillimetresPerMetre;
-}
 
 Point::~Point() = default;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DspChannelDescriptor.h"
 
-#include "FrequencyVectors_p.h"
+#include "FrequencyVectors.h"
 #include "LoudspeakerSetup.h"
 #include "Vocabulary.h"
 

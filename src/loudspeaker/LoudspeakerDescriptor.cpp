@@ -6,10 +6,11 @@
 #include "JsonFileLoader.h"
 #include "LoudspeakerSeries_Interface.h"
 #include "LoudspeakerSetup.h"
+#include "ShapeGeometry.h"
 #include "SourcePointDescriptor.h"
 #include "Units.h"
 #include "Vocabulary.h"
-#include "Warning_p.h"
+#include "Warning.h"
 
 #include <algorithm>
 
@@ -18,9 +19,9 @@ using Units::MillimetresPerMetre;
 using Vocabulary::DefaultKey;
 using Vocabulary::firstHeld;
 
-const QString ViewKey3d = QStringLiteral("3D");
-const QString ViewKeyTop = QStringLiteral("top");
-const QString ViewKeySide = QStringLiteral("side");
+using ShapeGeometry::View3d;
+using ShapeGeometry::ViewSide;
+using ShapeGeometry::ViewTop;
 
 Tolvane::LoudspeakerTypeFlags typeFromText(const QString &text, bool *known)
 {
@@ -131,21 +132,21 @@ bool LoudspeakerDescriptor::CreateShape(const QMap<QString, QVariant> &cabinet)
 
     // A file that draws its own views asks for them to be checked; the creator's are checked then.
     const QVariantMap fileViews = cabinet.value(QStringLiteral("views")).toMap();
-    if (!(fileViews.contains(ViewKey3d) && fileViews.contains(ViewKeyTop) && fileViews.contains(ViewKeySide)))
+    if (!(fileViews.contains(View3d) && fileViews.contains(ViewTop) && fileViews.contains(ViewSide)))
         return true;
 
     QString messages;
-    const QList<Point> mesh = m_views.value(ViewKey3d);
+    const QList<Point> mesh = m_views.value(View3d);
     if (mesh.isEmpty())
         messages += QLatin1String("Empty point list for 3D view.");
     if (mesh.size() % 4 != 0)
         messages += QLatin1String("Invalid quad mesh for 3D view.");
-    if (m_views.value(ViewKeyTop).isEmpty())
+    if (m_views.value(ViewTop).isEmpty())
         messages += QLatin1String("Empty point list for top view.");
-    if (m_views.value(ViewKeySide).isEmpty())
+    if (m_views.value(ViewSide).isEmpty())
         messages += QLatin1String("Empty point list for side view.");
     if (!messages.isEmpty()) {
-        const QString text = QStringLiteral("Validation failed for [name:%1] [keys:%2/%3/%4]:").arg(cabinetName, ViewKey3d, ViewKeyTop, ViewKeySide);
+        const QString text = QStringLiteral("Validation failed for [name:%1] [keys:%2/%3/%4]:").arg(cabinetName, View3d, ViewTop, ViewSide);
         lpsdkWarning(text.toUtf8().constData(), messages);
     }
     return true;
@@ -279,18 +280,18 @@ QVariant LoudspeakerDescriptor::GetFrontMechanicalConnectionPointDescriptor()
 QList<Point> LoudspeakerDescriptor::Get3dView(Tolvane::Mounting mounting)
 {
     const auto it = m_views.constFind(QStringLiteral("3D_%1").arg(ConvertMountingToString(mounting)));
-    return it != m_views.cend() ? it.value() : m_views.value(ViewKey3d);
+    return it != m_views.cend() ? it.value() : m_views.value(View3d);
 }
 
 QList<Point> LoudspeakerDescriptor::GetSideView(Tolvane::Mounting mounting)
 {
     const auto it = m_views.constFind(QStringLiteral("side_%1").arg(ConvertMountingToString(mounting)));
-    return it != m_views.cend() ? it.value() : m_views.value(ViewKeySide);
+    return it != m_views.cend() ? it.value() : m_views.value(ViewSide);
 }
 
 QList<Point> LoudspeakerDescriptor::GetTopView()
 {
-    return m_views.value(ViewKeyTop);
+    return m_views.value(ViewTop);
 }
 
 Point LoudspeakerDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)

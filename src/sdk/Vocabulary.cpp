@@ -1,25 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "Vocabulary.h"
 
+#include <iterator>
+
 QString Vocabulary::mountingText(Tolvane::Mounting mounting)
 {
-    switch (mounting) {
-    case Tolvane::Invalid:
-        return QStringLiteral("invalid");
-    case Tolvane::Flown:
-        return QStringLiteral("flown");
-    case Tolvane::Stacked:
-        return QStringLiteral("stacked");
-    case Tolvane::FlownHorizontal:
-        return QStringLiteral("flown_horizontal");
-    case Tolvane::StackedHorizontal:
-        return QStringLiteral("stacked_horizontal");
-    case Tolvane::StackedCart:
-        return QStringLiteral("stacked_cart");
-    case Tolvane::FlownInstall:
-        return QStringLiteral("flown_install");
-    case Tolvane::FlownPullback:
-        return QStringLiteral("flown_pullback");
-    }
-    return QString();
+    // In the order of the enumeration, which starts at Invalid = -1.
+    static const QString texts[] = {QStringLiteral("invalid"),         QStringLiteral("flown"),
+                                    QStringLiteral("stacked"),         QStringLiteral("flown_horizontal"),
+                                    QStringLiteral("stacked_horizontal"), QStringLiteral("stacked_cart"),
+                                    QStringLiteral("flown_install"),   QStringLiteral("flown_pullback")};
+    const int index = int(mounting) - Tolvane::Invalid;
+    return index >= 0 && index < int(std::size(texts)) ? texts[index] : QString();
 }

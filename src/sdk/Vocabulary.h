@@ -15,9 +15,8 @@ namespace Vocabulary {
 /// The key every per-name or per-mounting map falls back to.
 inline const QString DefaultKey = QStringLiteral("default");
 
-/// Switches 4 and 5 of a controller setup hold the low and mid coupling positions.
-constexpr int LowCouplingSwitch = 4;
-constexpr int MidCouplingSwitch = 5;
+/// The switches of a controller setup that hold the low and mid coupling positions.
+constexpr int LowCouplingSwitch = 4, MidCouplingSwitch = 5;
 
 /// A plugin's data files are read from its compiled-in resources.
 inline QString resourcePath(const QString &fileName)
@@ -34,11 +33,8 @@ inline QString mountingKey(Tolvane::Mounting mounting, const QString &name)
     return mountingText(mounting) + QLatin1Char('_') + name;
 }
 
-/**
- * The value under the first of `keys` that `map` holds, else the one under "default", else
- * `fallback`. Callers list their keys most specific first: "<mounting>_<name>", then
- * "<mounting>_default", so that the file's "default" entry is the last resort.
- */
+/// The value under the first of `keys` that `map` holds, else under "default", else `fallback`;
+/// keys go most specific first: "<mounting>_<name>", then "<mounting>_default".
 template<typename T>
 T firstHeld(const QMap<QString, T> &map, std::initializer_list<QString> keys, const T &fallback = T())
 {
