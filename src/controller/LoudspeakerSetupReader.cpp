@@ -14,34 +14,34 @@
 
 namespace {
 
-nvScientificComputing::Biquad ToBiquad(const QVariantMap &entry)
+/// A JSON array as the vector the signal-processing engines take, each entry converted by `convert`.
+template<typename Convert>
+auto ToStdVector(const QVariant &list, Convert convert)
 {
-    nvScientificComputing::Biquad biquad;
-    biquad.type = entry.value(QStringLiteral("type")).toInt();
-    biquad.frequency = entry.value(QStringLiteral("fp")).toFloat();
-    biquad.q = entry.value(QStringLiteral("Q")).toFloat();
-    biquad.gain = entry.value(QStringLiteral("G")).toFloat();
-    return biquad;
+    std::vector<decltype(convert(QVariant()))> values;
+    const QVariantList entries = list.toList();
+    values.reserve(entries.size());
+    for (const QVariant &entry : entries)
+        values.push_back(convert(entry));
+    return values;
 }
 
 std::vector<nvScientificComputing::Biquad> ToBiquads(const QVariant &list)
 {
-    std::vector<nvScientificComputing::Biquad> biquads;
-    const QVariantList entries = list.toList();
-    biquads.reserve(entries.size());
-    for (const QVariant &entry : entries)
-        biquads.push_back(ToBiquad(entry.toMap()));
-    return biquads;
+    return ToStdVector(list, [](const QVariant &value) {
+        const QVariantMap entry = value.toMap();
+        nvScientificComputing::Biquad biquad;
+        biquad.type = entry.value(QStringLiteral("type")).toInt();
+        biquad.frequency = entry.value(QStringLiteral("fp")).toFloat();
+        biquad.q = entry.value(QStringLiteral("Q")).toFloat();
+        biquad.gain = entry.value(QStringLiteral("G")).toFloat();
+        return biquad;
+    });
 }
 
 std::vector<float> ToFloats(const QVariant &list)
 {
-    std::vector<float> values;
-    const QVariantList entries = list.toList();
-    values.reserve(entries.size());
-    for (const QVariant &entry : entries)
-        values.push_back(entry.toFloat());
-    return values;
+    return ToStdVector(list, [](const QVariant &value) { return value.toFloat(); });
 }
 
 // Appends, like every other list a second Read() would extend.

@@ -8,14 +8,13 @@
 #include "LoudspeakerSetup.h"
 #include "ShapeGeometry.h"
 #include "SourcePointDescriptor.h"
-#include "Units.h"
 #include "Vocabulary.h"
 #include "Warning.h"
 
 #include <algorithm>
 
 namespace {
-using Units::MillimetresPerMetre;
+using ShapeGeometry::millimetres;
 using Vocabulary::DefaultKey;
 using Vocabulary::firstHeld;
 
@@ -85,8 +84,8 @@ bool LoudspeakerDescriptor::ReadDescriptorFile(const QString &filePath)
     m_nominalDispersionHorizontal = dispersion.value(QStringLiteral("horizontal"), 0.0).toDouble();
     m_nominalDispersionVertical = dispersion.value(QStringLiteral("vertical"), 0.0).toDouble();
 
-    m_frontEdgeOffset = file.value(QStringLiteral("frontEdgeOffset"), 0.0).toDouble() / MillimetresPerMetre;
-    m_rearEdgeOffset = file.value(QStringLiteral("rearEdgeOffset"), 0.0).toDouble() / MillimetresPerMetre;
+    m_frontEdgeOffset = millimetres(file, QStringLiteral("frontEdgeOffset"));
+    m_rearEdgeOffset = millimetres(file, QStringLiteral("rearEdgeOffset"));
     m_canBeUsedInMainArrays = file.value(QStringLiteral("canBeUsedInMainArrays"), false).toBool();
     m_canBeUsedInSubArrays = file.value(QStringLiteral("canBeUsedInSubArrays"), false).toBool();
     m_showBeam = file.value(QStringLiteral("showBeam"), false).toBool();
@@ -115,9 +114,8 @@ bool LoudspeakerDescriptor::ReadDescriptorFile(const QString &filePath)
 
 bool LoudspeakerDescriptor::ReadCabinet(const QMap<QString, QVariant> &cabinet)
 {
-    m_size = Size(cabinet.value(QStringLiteral("width"), 0).toDouble() / MillimetresPerMetre,
-                  cabinet.value(QStringLiteral("height"), 0).toDouble() / MillimetresPerMetre,
-                  cabinet.value(QStringLiteral("depth"), 0).toDouble() / MillimetresPerMetre);
+    m_size = Size(millimetres(cabinet, QStringLiteral("width")), millimetres(cabinet, QStringLiteral("height")),
+                  millimetres(cabinet, QStringLiteral("depth")));
     m_hasTriangulated3dView = cabinet.value(QStringLiteral("3D_triangulated"), false).toBool();
     m_weight = cabinet.value(QStringLiteral("weight"), 0).toDouble();
     m_trapAngle = cabinet.value(QStringLiteral("trapAngle"), 0.0).toDouble();

@@ -18,7 +18,7 @@ void readArrayPocket(CabinetShapeArrayPocket &shape, const QMap<QString, QVarian
     static_cast<CabinetShapeBasic &>(shape) = basic;
     shape.depthPocket = ShapeGeometry::millimetres(parameters, QStringLiteral("depthPocket"));
     shape.widthPocket = ShapeGeometry::millimetres(parameters, QStringLiteral("widthPocket"));
-    shape.anglePocket = ShapeGeometry::degrees(parameters, QStringLiteral("anglePocket"));
+    shape.anglePocket = parameters.value(QStringLiteral("anglePocket")).toDouble();
     shape.widthPocketInner = shape.widthPocket - 2.0 * std::tan(((shape.anglePocket - 90.0) / 180.0) * ShapeGeometry::Pi) * shape.depthPocket;
     shape.trapInsetPocket = std::tan((basic.trapAngle * 0.5 / 180.0) * ShapeGeometry::Pi) * (basic.depth - shape.depthPocket);
 }

@@ -45,8 +45,8 @@ CabinetShapeCuboidTrapped CabinetShapeCreator::CalculateShapeDataCuboidTrapped(c
 {
     CabinetShapeCuboidTrapped shape;
     static_cast<CabinetShapeBasic &>(shape) = basic;
-    shape.trapAngleLeft = ShapeGeometry::degrees(parameters, QStringLiteral("trapAngleLeft"));
-    shape.trapAngleRight = ShapeGeometry::degrees(parameters, QStringLiteral("trapAngleRight"));
+    shape.trapAngleLeft = parameters.value(QStringLiteral("trapAngleLeft")).toDouble();
+    shape.trapAngleRight = parameters.value(QStringLiteral("trapAngleRight")).toDouble();
     shape.depthToTrapLeft = ShapeGeometry::millimetres(parameters, QStringLiteral("depthToTrapLeft"));
     shape.depthToTrapRight = ShapeGeometry::millimetres(parameters, QStringLiteral("depthToTrapRight"));
     // Each bevel angle belongs to one side only, so it is not halved.

@@ -43,7 +43,7 @@ CabinetShapeBasic CabinetShapeCreator::CalculateShapeDataBasic(const QMap<QStrin
     basic.width = ShapeGeometry::millimetres(parameters, QStringLiteral("width"));
     basic.height = ShapeGeometry::millimetres(parameters, QStringLiteral("height"));
     basic.depth = ShapeGeometry::millimetres(parameters, QStringLiteral("depth"));
-    basic.trapAngle = ShapeGeometry::degrees(parameters, QStringLiteral("trapAngle"));
+    basic.trapAngle = parameters.value(QStringLiteral("trapAngle")).toDouble();
     // trapAngle spans both walls, so each wall turns by half of it.
     basic.trapInset = basic.depth * std::tan((basic.trapAngle * 0.5 / 180.0) * ShapeGeometry::Pi);
     return basic;

@@ -67,8 +67,8 @@ CabinetShapeMonitor CabinetShapeCreator::CalculateShapeDataMonitor(const QMap<QS
     static_cast<CabinetShapeBasic &>(shape) = basic;
     shape.grillArcSections = parameters.value(QStringLiteral("grillArcSections")).toInt();
     shape.grillRadius = ShapeGeometry::millimetres(parameters, QStringLiteral("grillRadius"));
-    shape.grillStartAngle = ShapeGeometry::degrees(parameters, QStringLiteral("grillStartAngle"));
-    shape.grillEndAngle = ShapeGeometry::degrees(parameters, QStringLiteral("grillEndAngle"));
+    shape.grillStartAngle = parameters.value(QStringLiteral("grillStartAngle")).toDouble();
+    shape.grillEndAngle = parameters.value(QStringLiteral("grillEndAngle")).toDouble();
     return shape;
 }
 

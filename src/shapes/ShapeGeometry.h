@@ -20,11 +20,6 @@ inline const QString ViewSide = QStringLiteral("side");
 
 /// A length the file gives in millimetres under `key`, in metres.
 double millimetres(const QVariantMap &map, const QString &key, double defaultValue = 0.0);
-/// An angle the file gives in degrees under `key`, kept in degrees.
-inline double degrees(const QVariantMap &map, const QString &key)
-{
-    return map.value(key).toDouble();
-}
 
 /// The mesh as it stands, `top` projected onto X-Y and `side` onto X-Z, under the three view names.
 QMap<QString, QList<Point>> views(const QList<Point> &mesh, const QList<Point> &top, const QList<Point> &side);
