@@ -16,17 +16,11 @@ double axisPosition(const PlotCanvas::Axis &axis, double value)
     return (value - axis.min) / (axis.max - axis.min);
 }
 
-// Ticks at 1, 2 or 5 times a power of ten, about `wanted` of them.
-QList<double> linearTicks(double min, double max, int wanted)
+// Ticks at multiples of `step`, or of a step of 1, 2 or 5 times a power of ten.
+QList<double> linearTicks(double min, double max, int wanted, double step = 0.0)
 {
-    const double raw = (max - min) / wanted;
-    const double magnitude = std::pow(10.0, std::floor(std::log10(raw)));
-    double step = magnitude;
-    for (double factor : {1.0, 2.0, 5.0, 10.0}) {
-        step = factor * magnitude;
-        if (step >= raw)
-            break;
-    }
+    if (step <= 0.0)
+        step = PlotCanvas::niceStep(max - min, wanted);
     QList<double> ticks;
     for (double t = std::ceil(min / step - 1e-9) * step; t <= max + step * 1e-9; t += step)
         ticks.append(std::abs(t) < step * 1e-9 ? 0.0 : t);
@@ -86,6 +80,17 @@ PlotCanvas::PlotCanvas(const QString &fileName, QSize size, const QString &title
 
 PlotCanvas::~PlotCanvas() = default;
 
+double PlotCanvas::niceStep(double range, int wanted)
+{
+    const double raw = range / wanted;
+    const double magnitude = std::pow(10.0, std::floor(std::log10(raw)));
+    for (double factor : {1.0, 2.0, 5.0}) {
+        if (factor * magnitude >= raw)
+            return factor * magnitude;
+    }
+    return 10.0 * magnitude;
+}
+
 void PlotCanvas::save()
 {
     m_painter.end();
@@ -117,8 +122,8 @@ void PlotCanvas::drawAxes(const QRectF &area, const Axis &x, const Axis &y)
             }
         }
     }
-    const QList<double> xTicks = x.logarithmic ? logTicks(x.min, x.max) : linearTicks(x.min, x.max, 8);
-    const QList<double> yTicks = linearTicks(y.min, y.max, 6);
+    const QList<double> xTicks = x.logarithmic ? logTicks(x.min, x.max) : linearTicks(x.min, x.max, 8, x.step);
+    const QList<double> yTicks = linearTicks(y.min, y.max, 6, y.step);
     for (double t : xTicks) {
         const QPointF bottom = map(area, x, y, t, y.min);
         p.setPen(grid);

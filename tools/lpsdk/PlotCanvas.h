@@ -26,6 +26,7 @@ public:
         double max = 1.0;
         bool logarithmic = false;
         QString label; // with its unit
+        double step = 0.0; // between labelled gridlines of a linear axis; 0 chooses one
     };
     struct LegendEntry
     {
@@ -48,6 +49,8 @@ public:
     void drawPolarGrid(const QRectF &area, double bottom, double top, double ringStep, const QString &caption);
     static QPointF mapPolar(const QRectF &area, double bottom, double top, double angleDegrees, double level);
     void drawLegend(const QPointF &topRight, const QList<LegendEntry> &entries);
+    /// A step of 1, 2 or 5 times a power of ten that cuts `range` into about `wanted` parts.
+    static double niceStep(double range, int wanted);
     /// Distinct colours for curves.
     static QColor color(int index);
 

@@ -66,9 +66,9 @@ void drawView(PlotCanvas &canvas, const QRectF &box, const QList<Point> &points,
 {
     const char *names = "xyz";
     const PlotCanvas::Axis x{centre.x() - box.width() / 2 * metresPerPixel, centre.x() + box.width() / 2 * metresPerPixel, false,
-                             QStringLiteral("%1 (m)").arg(QLatin1Char(names[across]))};
+                             QStringLiteral("%1 (m)").arg(QLatin1Char(names[across])), PlotCanvas::niceStep(box.width() * metresPerPixel, 8)};
     const PlotCanvas::Axis y{centre.y() - box.height() / 2 * metresPerPixel, centre.y() + box.height() / 2 * metresPerPixel, false,
-                             QStringLiteral("%1 (m)").arg(QLatin1Char(names[up]))};
+                             QStringLiteral("%1 (m)").arg(QLatin1Char(names[up])), PlotCanvas::niceStep(box.width() * metresPerPixel, 8)};
     canvas.drawAxes(box, x, y);
     QPainter &p = canvas.painter();
     p.save();
@@ -112,7 +112,7 @@ std::pair<int, int> viewAxes(const QList<Point> &points, std::pair<int, int> fal
 
 void plot(const QString &file, const Outlines &shape, Tolvane::Mounting mounting)
 {
-    PlotCanvas canvas(file, QSize(1400, 820), QStringLiteral("%1 (%2): top and side views to scale").arg(shape.name, Arguments::mountingText(mounting)));
+    PlotCanvas canvas(file, QSize(1400, 900), QStringLiteral("%1 (%2): top and side views to scale").arg(shape.name, Arguments::mountingText(mounting)));
     const QRectF topBox(110, 90, 560, 560);
     const QRectF sideBox(800, 90, 560, 560);
     const auto [topAcross, topUp] = viewAxes(shape.top, {1, 0});
@@ -141,7 +141,7 @@ void plot(const QString &file, const Outlines &shape, Tolvane::Mounting mounting
     QList<PlotCanvas::LegendEntry> legend{{QColor(40, 40, 40), QStringLiteral("outline")}};
     for (int m = 0; m < shape.marks.size(); ++m)
         legend.append({PlotCanvas::color(m + 1), shape.marks.at(m).first});
-    canvas.drawLegend(QPointF(1390, 700 - 20 * legend.size() + 100), legend);
+    canvas.drawLegend(QPointF(1360, 900 - 12 - 20 * legend.size() - 8), legend);
     canvas.save();
 }
 

@@ -78,8 +78,8 @@ void plot(const QString &file, const QString &title, const Curve &curve, const Q
     if (!(top > bottom))
         bottom = top - 6.0;
     const PlotCanvas::Axis frequency{low, high, true, QStringLiteral("frequency (Hz)")};
-    const PlotCanvas::Axis level{bottom, top, false, levelLabel};
-    const PlotCanvas::Axis phase{-180.0, 180.0, false, QStringLiteral("phase (degrees)")};
+    const PlotCanvas::Axis level{bottom, top, false, levelLabel, top - bottom > 30.0 ? 6.0 : 3.0};
+    const PlotCanvas::Axis phase{-180.0, 180.0, false, QStringLiteral("phase (degrees)"), 90.0};
     const QRectF upper(110, 80, 1050, 420);
     const QRectF lower(110, 570, 1050, 260);
     canvas.drawAxes(upper, frequency, level);
