@@ -60,12 +60,20 @@ constexpr FileKey dispersionKeys[] = {
 constexpr FileKeyTable dispersion("nominal dispersion", dispersionKeys);
 
 constexpr FileKey audioCentreKeys[] = {
-    {"center", FileKey::MountingMap, FileKey::Millimetres, "the \"default\" source point centre", "acoustic centre per mounting",
-     nullptr, &point},
-    {"verticalAngle", FileKey::MountingMap, FileKey::Degrees, "0", "vertical angle of the acoustic axis per mounting", nullptr,
-     &angle},
+    {"center", FileKey::Any, FileKey::Millimetres, "the \"default\" source point centre",
+     "acoustic centre: one point, or points keyed by mounting (\"flown_default\", \"default\")"},
+    {"verticalAngle", FileKey::Any, FileKey::Degrees, "0",
+     "vertical angle of the acoustic axis: one number, or numbers keyed by mounting"},
 };
 constexpr FileKeyTable audioCentre("center of audio", audioCentreKeys);
+
+constexpr FileKey cornerNames[] = {
+    {"front, top", FileKey::Any, FileKey::Millimetres, "", "front top corner"},
+    {"rear, top", FileKey::Any, FileKey::Millimetres, "", "rear top corner"},
+    {"rear, bottom", FileKey::Any, FileKey::Millimetres, "", "rear bottom corner"},
+    {"front, bottom", FileKey::Any, FileKey::Millimetres, "", "front bottom corner"},
+};
+constexpr FileKeyTable corners("mechanical connection points", cornerNames);
 
 constexpr FileKey keys[] = {
     {"dataApproved", FileKey::Boolean, FileKey::NoUnit, "true", "the data is approved for use"},
@@ -98,7 +106,7 @@ constexpr FileKey keys[] = {
      &angleList},
     {"mechanicalConnectionPoints", FileKey::NamedMap, FileKey::Millimetres, "the cabinet corners",
      "per corner (\"front, top\", \"rear, bottom, compression\", ...) a point, or points keyed by mounting or link "
-     "(\"prev_2.5\", \"next_5.0\")", nullptr, &anyValue},
+     "(\"prev_2.5\", \"next_5.0\"); \", compression\" after a corner name gives its compression point", &corners, &anyValue},
     {"frontLink", FileKey::Any, FileKey::NoUnit, "null", "front link descriptor, kept as read for the host"},
     {"sourcePoints", FileKey::Array, FileKey::NoUnit, "empty", "acoustic source points, in order", nullptr, &sourcePointItem},
 };

@@ -70,6 +70,14 @@ constexpr FileKey gravityNames[] = {
 };
 constexpr FileKeyTable gravity("centres of gravity", gravityNames);
 
+constexpr FileKey cornerNames[] = {
+    {"front, top", FileKey::Any, FileKey::Millimetres, "", "front top corner"},
+    {"rear, top", FileKey::Any, FileKey::Millimetres, "", "rear top corner"},
+    {"rear, bottom", FileKey::Any, FileKey::Millimetres, "", "rear bottom corner"},
+    {"front, bottom", FileKey::Any, FileKey::Millimetres, "", "front bottom corner"},
+};
+constexpr FileKeyTable corners("mechanical connection points", cornerNames);
+
 constexpr FileKey keys[] = {
     {"dataApproved", FileKey::Boolean, FileKey::NoUnit, "true", "the data is approved for use"},
     {"name", FileKey::String, FileKey::NoUnit, "empty", "registry name of the item"},
@@ -95,7 +103,7 @@ constexpr FileKey keys[] = {
     {"connectionPointOffsets", FileKey::NamedMap, FileKey::Millimetres, "empty",
      "connection point offsets by value with one decimal (\"2.5\") or \"default\"", nullptr, &point},
     {"mechanicalConnectionPoints", FileKey::NamedMap, FileKey::Millimetres, "empty",
-     "per corner (\"front, top\", ...) a point, or points keyed by mounting", nullptr, &anyValue},
+     "per corner (\"front, top\", ...) a point, or points keyed by mounting; \"front, top\" is the load beams' reference", &corners, &anyValue},
     {"frontLink", FileKey::Any, FileKey::NoUnit, "null", "front link descriptor, kept as read for the host"},
     {"centerOfGravity", FileKey::NamedMap, FileKey::Millimetres, "empty",
      "centres of gravity by name or load beam position", &gravity, &point},
