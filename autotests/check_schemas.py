@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Validates every JSON data file under the given folders against the schema of its kind.
+"""Validates every JSON data file under the given folders against the schema of its kind,
+and every ```jsonc example of the Markdown files there.
 
 usage: check_schemas.py SCHEMADIR FOLDER...
 
@@ -55,6 +56,16 @@ def strip_line_comments(text):
     return "".join(out)
 
 
+def documents(path):
+    """The JSON documents of a data file, or the ```jsonc blocks of a Markdown file."""
+    with open(path, encoding="utf-8") as f:
+        text = f.read()
+    if path.endswith(".json"):
+        return [json.loads(strip_line_comments(text))]
+    blocks = text.split("```jsonc\n")[1:]
+    return [json.loads(strip_line_comments(block.split("```")[0])) for block in blocks]
+
+
 def main():
     schema_dir, folders = sys.argv[1], sys.argv[2:]
     validators = {}
@@ -70,19 +81,18 @@ def main():
             for name in sorted(files):
                 path = os.path.join(root, name)
                 relative = os.path.relpath(path, folder).replace(os.sep, "/")
-                if not name.endswith(".json") or relative in DELIBERATELY_BROKEN:
+                if not name.endswith((".json", ".md")) or relative in DELIBERATELY_BROKEN:
                     continue
-                with open(path, encoding="utf-8") as f:
-                    document = json.loads(strip_line_comments(f.read()))
-                if not isinstance(document, dict):
-                    continue
-                kind = max(KINDS, key=lambda k: len(validators[k][1] & set(document)))
-                errors = sorted(validators[kind][0].iter_errors(document), key=lambda e: list(e.absolute_path))
-                checked += 1
-                for error in errors:
-                    failures += 1
-                    location = "/".join(str(p) for p in error.absolute_path)
-                    print(f"{path}: {kind}: /{location}: {error.message}")
+                for document in documents(path):
+                    if not isinstance(document, dict):
+                        continue
+                    kind = max(KINDS, key=lambda k: len(validators[k][1] & set(document)))
+                    errors = sorted(validators[kind][0].iter_errors(document), key=lambda e: list(e.absolute_path))
+                    checked += 1
+                    for error in errors:
+                        failures += 1
+                        location = "/".join(str(p) for p in error.absolute_path)
+                        print(f"{path}: {kind}: /{location}: {error.message}")
     print(f"{checked} files checked, {failures} problems")
     return 1 if failures or checked == 0 else 0
 
