@@ -64,3 +64,4 @@ int runCoupling(const CommandContext &context);
 int runBalloon(const CommandContext &context);
 int runShape(const CommandContext &context);
 int runValidate(const CommandContext &context);
+int runBalloonPack(const CommandContext &context);

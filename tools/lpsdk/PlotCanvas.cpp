@@ -190,7 +190,7 @@ void PlotCanvas::drawPolarGrid(const QRectF &area, double bottom, double top, do
     p.restore();
 }
 
-void PlotCanvas::drawLegend(const QPointF &topRight, const QList<LegendEntry> &entries)
+void PlotCanvas::drawLegend(const QPointF &topRight, const QList<LegendEntry> &entries, int columns)
 {
     QPainter &p = m_painter;
     p.save();
@@ -198,16 +198,19 @@ void PlotCanvas::drawLegend(const QPointF &topRight, const QList<LegendEntry> &e
     double width = 0.0;
     for (const LegendEntry &entry : entries)
         width = std::max(width, metrics.horizontalAdvance(entry.text));
-    const QRectF box(topRight.x() - width - 48, topRight.y(), width + 40, entries.size() * 20 + 8);
+    const int rows = (int(entries.size()) + columns - 1) / columns;
+    const double columnWidth = width + 48;
+    const QRectF box(topRight.x() - columnWidth * columns, topRight.y(), columnWidth * columns, rows * 20 + 8);
     p.setPen(QPen(QColor(150, 150, 150), 1));
     p.setBrush(QColor(255, 255, 255, 230));
     p.drawRect(box);
     for (int i = 0; i < entries.size(); ++i) {
-        const double y = box.top() + 14 + i * 20;
+        const double x = box.left() + (i / rows) * columnWidth;
+        const double y = box.top() + 14 + (i % rows) * 20;
         p.setPen(QPen(entries.at(i).color, 3));
-        p.drawLine(QPointF(box.left() + 6, y), QPointF(box.left() + 28, y));
+        p.drawLine(QPointF(x + 6, y), QPointF(x + 28, y));
         p.setPen(Qt::black);
-        p.drawText(QRectF(box.left() + 34, y - 10, width + 4, 20), Qt::AlignLeft | Qt::AlignVCenter, entries.at(i).text);
+        p.drawText(QRectF(x + 34, y - 10, width + 4, 20), Qt::AlignLeft | Qt::AlignVCenter, entries.at(i).text);
     }
     p.restore();
 }

@@ -48,7 +48,8 @@ public:
     /// Rings every `ringStep` dB from `bottom` to `top`, spokes every 30 degrees, 0 degrees up.
     void drawPolarGrid(const QRectF &area, double bottom, double top, double ringStep, const QString &caption);
     static QPointF mapPolar(const QRectF &area, double bottom, double top, double angleDegrees, double level);
-    void drawLegend(const QPointF &topRight, const QList<LegendEntry> &entries);
+    /// A boxed legend whose top right corner is at `topRight`, in `columns` columns.
+    void drawLegend(const QPointF &topRight, const QList<LegendEntry> &entries, int columns = 1);
     /// A step of 1, 2 or 5 times a power of ten that cuts `range` into about `wanted` parts.
     static double niceStep(double range, int wanted);
     /// Distinct colours for curves.

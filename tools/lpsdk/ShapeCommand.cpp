@@ -46,9 +46,11 @@ Outlines outlines(const CommandContext &context, Tolvane::Mounting mounting)
         result.marks = {{QStringLiteral("mounting point"), item->GetMountingPoint(mounting, defaultName)},
                         {QStringLiteral("connection point"), item->GetConnectionPoint(mounting, defaultName)},
                         {QStringLiteral("centre of gravity"), item->GetCenterOfGravity()}};
+        const char *cornerNames[] = {"front top", "rear top", "rear bottom", "front bottom", "front top (compression)", "rear top (compression)",
+                                     "rear bottom (compression)", "front bottom (compression)"};
         const QMap<Tolvane::MechanicalConnectionPoint, Point> corners = item->GetMechanicalConnectionPoints(mounting, defaultName);
         for (auto it = corners.cbegin(); it != corners.cend(); ++it)
-            result.marks.append({QStringLiteral("pick/connection corner %1").arg(int(it.key())), it.value()});
+            result.marks.append({QStringLiteral("connection %1").arg(QLatin1String(cornerNames[it.key() & 7])), it.value()});
     } else {
         dataError(QStringLiteral("no loudspeaker or rigging item named \"%1\" (see lpsdk list)").arg(result.name));
     }
@@ -110,9 +112,27 @@ std::pair<int, int> viewAxes(const QList<Point> &points, std::pair<int, int> fal
     return fallback;
 }
 
-void plot(const QString &file, const Outlines &shape, Tolvane::Mounting mounting)
+// Points at one place share one mark, named together.
+QList<std::pair<QString, Point>> mergedMarks(const QList<std::pair<QString, Point>> &marks)
 {
-    PlotCanvas canvas(file, QSize(1400, 900), QStringLiteral("%1 (%2): top and side views to scale").arg(shape.name, Arguments::mountingText(mounting)));
+    QList<std::pair<QString, Point>> merged;
+    for (const auto &[name, point] : marks) {
+        const auto same = std::find_if(merged.begin(), merged.end(), [&point = point](const auto &m) {
+            return std::abs(m.second.x() - point.x()) < 1e-6 && std::abs(m.second.y() - point.y()) < 1e-6 && std::abs(m.second.z() - point.z()) < 1e-6;
+        });
+        if (same == merged.end())
+            merged.append({name, point});
+        else
+            same->first += QStringLiteral(", ") + name;
+    }
+    return merged;
+}
+
+void plot(const QString &file, const Outlines &original, Tolvane::Mounting mounting)
+{
+    Outlines shape = original;
+    shape.marks = mergedMarks(original.marks);
+    PlotCanvas canvas(file, QSize(1400, 880), QStringLiteral("%1 (%2): top and side views to scale").arg(shape.name, Arguments::mountingText(mounting)));
     const QRectF topBox(110, 90, 560, 560);
     const QRectF sideBox(800, 90, 560, 560);
     const auto [topAcross, topUp] = viewAxes(shape.top, {1, 0});
@@ -141,7 +161,7 @@ void plot(const QString &file, const Outlines &shape, Tolvane::Mounting mounting
     QList<PlotCanvas::LegendEntry> legend{{QColor(40, 40, 40), QStringLiteral("outline")}};
     for (int m = 0; m < shape.marks.size(); ++m)
         legend.append({PlotCanvas::color(m + 1), shape.marks.at(m).first});
-    canvas.drawLegend(QPointF(1360, 900 - 12 - 20 * legend.size() - 8), legend);
+    canvas.drawLegend(QPointF(1360, 730), legend, legend.size() > 4 ? 2 : 1);
     canvas.save();
 }
 

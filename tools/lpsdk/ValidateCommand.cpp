@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // lpsdk validate: everything a plugin author should fix, each problem with its plugin,
 // descriptor, file and key.
-#include "Arguments.h"
 #include "CommandContext.h"
 #include "PluginFolder.h"
 
@@ -59,28 +58,67 @@ public:
                 continue;
             const QVariant value = cabinet.value(key);
             if (value.typeId() != QMetaType::Double && value.typeId() != QMetaType::Int && value.typeId() != QMetaType::LongLong)
-                add(descriptor, file, QStringLiteral("cabinet/") + key, QStringLiteral("must be a number (millimetres), not %1").arg(QString::fromUtf8(QJsonDocument(QJsonArray{QJsonValue::fromVariant(value)}).toJson(QJsonDocument::Compact)).mid(1).chopped(1)));
-            else if (value.toDouble() <= 0.0)
+                continue; // the key table reports the kind
+            if (value.toDouble() <= 0.0)
                 add(descriptor, file, QStringLiteral("cabinet/") + key, QStringLiteral("must be greater than zero, not %1").arg(value.toDouble()));
         }
     }
 
-    void checkMountingKeys(const QString &descriptor, const QString &file, const QString &key, const QVariant &map)
+    // Every key against the reader's table: unknown keys (with the nearest known one),
+    // values of the wrong JSON type, and mounting maps keyed by something that is no mounting.
+    void checkKeys(const QString &descriptor, const QString &file, const FileKeyTable &table, const QJsonObject &object, const QString &path)
     {
-        const QVariantMap entries = map.toMap();
-        for (auto it = entries.cbegin(); it != entries.cend(); ++it) {
-            if (!mountingNames().contains(it.key()))
-                add(descriptor, file, key + QLatin1Char('/') + it.key(),
-                    QStringLiteral("names no mounting (accepted: %1)").arg(mountingNames().join(QStringLiteral(", "))));
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+            const QString key = path.isEmpty() ? it.key() : path + QLatin1Char('/') + it.key();
+            const FileKey *row = table.Find(it.key());
+            if (!row) {
+                const QString nearest = table.NearestKey(it.key());
+                add(descriptor, file, key, QStringLiteral("no reader knows this key in a %1%2").arg(table.Name(),
+                    nearest.isEmpty() ? QString() : QStringLiteral(" (did you mean \"%1\"?)").arg(nearest)));
+                continue;
+            }
+            checkValue(descriptor, file, *row, it.value(), key);
         }
     }
 
-    static QStringList mountingNames()
+    void checkValue(const QString &descriptor, const QString &file, const FileKey &row, const QJsonValue &value, const QString &key)
     {
-        QStringList names{QStringLiteral("default")};
-        for (int m = Tolvane::Flown; m <= Tolvane::FlownPullback; ++m)
-            names.append(Arguments::mountingText(static_cast<Tolvane::Mounting>(m)));
-        return names;
+        if (!FileKeyTable::Accepts(row.kind, value)) {
+            add(descriptor, file, key, QStringLiteral("expects %1, not %2").arg(FileKeyTable::DescribeValue(row), jsonText(value)));
+            return;
+        }
+        switch (row.kind) {
+        case FileKey::Object:
+            if (row.keys)
+                checkKeys(descriptor, file, *row.keys, value.toObject(), key);
+            break;
+        case FileKey::Array:
+            if (row.item) {
+                const QJsonArray items = value.toArray();
+                for (qsizetype i = 0; i < items.size(); ++i)
+                    checkValue(descriptor, file, *row.item, items.at(i), key + QLatin1Char('/') + QString::number(i));
+            }
+            break;
+        case FileKey::MountingMap:
+        case FileKey::NamedMap: {
+            const QJsonObject members = value.toObject();
+            for (auto it = members.constBegin(); it != members.constEnd(); ++it) {
+                const QString member = key + QLatin1Char('/') + it.key();
+                if (row.kind == FileKey::MountingMap && !FileKeyTable::IsMountingKey(it.key()))
+                    add(descriptor, file, member, QStringLiteral("names no mounting (accepted: default, %1, each optionally followed by _NAME)").arg(FileKeyTable::MountingTexts().join(QStringLiteral(", "))));
+                else if (row.item)
+                    checkValue(descriptor, file, *row.item, it.value(), member);
+            }
+            break;
+        }
+        default:
+            break;
+        }
+    }
+
+    static QString jsonText(const QJsonValue &value)
+    {
+        return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
     }
 
     void checkOutline(const QString &descriptor, const QString &file, const QString &key, const QList<Point> &mesh)
@@ -124,8 +162,13 @@ public:
     {
         checkResourceFile(descriptor, file, key, name, QStringLiteral("controller setup"));
         QFile resource(QStringLiteral(":/Resources/") + name);
-        if (resource.size() > 0 && LoadJsonFile(resource.fileName()).isEmpty())
+        if (resource.size() == 0)
+            return;
+        const QVariantMap setup = LoadJsonFile(resource.fileName());
+        if (setup.isEmpty())
             add(descriptor, file, key, QStringLiteral("the controller setup file \"%1\" does not parse to a JSON object").arg(name));
+        else
+            checkKeys(descriptor, resource.fileName(), LoudspeakerSetupFileKeys::Table(), QJsonObject::fromVariantMap(setup), QString());
     }
 
     // The grid from the balloon file's header: theta must run from 0 to 180, and a full circle
@@ -170,16 +213,13 @@ public:
             add(name, file, QStringLiteral("cabinet/cabinetShape"), QStringLiteral("unknown shape \"%1\"").arg(cabinet.value(QStringLiteral("cabinetShape")).toString()));
         else
             checkOutline(name, file, QStringLiteral("cabinet"), loudspeaker->Get3dView(Tolvane::Flown));
-        for (const char *key : {"mountingPoint", "centerOfGravity"})
-            checkMountingKeys(name, file, QLatin1String(key), map.value(QLatin1String(key)));
+        checkKeys(name, file, LoudspeakerDescriptorFileKeys::Table(), QJsonObject::fromVariantMap(map), QString());
 
         const QVariantList entries = map.value(QStringLiteral("sourcePoints")).toList();
         const QList<SourcePointDescriptor *> sourcePoints = loudspeaker->GetSourcePointDescriptors();
         for (int i = 0; i < entries.size() && i < sourcePoints.size(); ++i) {
             const QVariantMap entry = entries.at(i).toMap();
             const QString prefix = QStringLiteral("sourcePoints/%1/").arg(i);
-            for (const char *key : {"origin", "center", "verticalAngles", "normalAngles", "defaultControllerSetups"})
-                checkMountingKeys(name, file, prefix + QLatin1String(key), entry.value(QLatin1String(key)));
             const QVariantMap setups = entry.value(QStringLiteral("controllerSetups")).toMap();
             const QVariantMap defaults = entry.value(QStringLiteral("defaultControllerSetups")).toMap();
             for (auto it = defaults.cbegin(); it != defaults.cend(); ++it) {
@@ -204,17 +244,18 @@ public:
     {
         checkSizes(item->GetName(), file, map.value(QStringLiteral("cabinet")).toMap(),
             {QStringLiteral("width"), QStringLiteral("height"), QStringLiteral("depth"), QStringLiteral("weight")});
-        checkMountingKeys(item->GetName(), file, QStringLiteral("mountingPoint"), map.value(QStringLiteral("mountingPoint")));
+        checkKeys(item->GetName(), file, RiggingHardwareDescriptorFileKeys::Table(), QJsonObject::fromVariantMap(map), QString());
     }
 
 private:
     QString m_plugin;
 };
 
-// The JSON files a plugin brought, by the "name" each declares.
-QHash<QString, QString> descriptorFiles(Validator &validator, PluginFolder &folder, const PluginFolder::Library &library, QHash<QString, QVariantMap> &maps)
+// Adds the JSON files a plugin brought to `files`, by the "name" each declares. A second copy
+// of a plugin brings no new resources; its descriptors then find the first copy's files.
+void addDescriptorFiles(Validator &validator, PluginFolder &folder, const PluginFolder::Library &library, QHash<QString, QString> &files,
+                        QHash<QString, QVariantMap> &maps)
 {
-    QHash<QString, QString> files;
     for (const QString &resource : library.resources) {
         if (!resource.endsWith(QLatin1String(".json"), Qt::CaseInsensitive) || resource.startsWith(QLatin1String(":/Resources/")))
             continue;
@@ -227,7 +268,6 @@ QHash<QString, QString> descriptorFiles(Validator &validator, PluginFolder &fold
             maps.insert(resource, map);
         }
     }
-    return files;
 }
 
 } // namespace
@@ -240,6 +280,8 @@ int runValidate(const CommandContext &context)
     Validator validator;
     QHash<QString, QString> firstOwner; // descriptor name -> plugin
     int descriptors = 0;
+    QHash<QString, QString> files;
+    QHash<QString, QVariantMap> maps;
 
     for (const PluginFolder::Library &library : folder.libraries()) {
         const QString plugin = QFileInfo(library.path).fileName();
@@ -253,8 +295,7 @@ int runValidate(const CommandContext &context)
             continue;
         }
         validator.addWarnings(QString(), QString(), library.warnings);
-        QHash<QString, QVariantMap> maps;
-        const QHash<QString, QString> files = descriptorFiles(validator, folder, library, maps);
+        addDescriptorFiles(validator, folder, library, files, maps);
 
         const auto checkName = [&](const QString &kind, const QString &name, const QString &file) {
             ++descriptors;
@@ -268,12 +309,14 @@ int runValidate(const CommandContext &context)
         for (LoudspeakerDescriptor *loudspeaker : library.root->findChildren<LoudspeakerDescriptor *>(QString(), Qt::FindDirectChildrenOnly)) {
             const QString file = files.value(loudspeaker->GetName());
             checkName(QStringLiteral("loudspeaker"), loudspeaker->GetName(), file);
-            validator.checkLoudspeaker(folder, loudspeaker, file, maps.value(file));
+            if (!file.isEmpty())
+                validator.checkLoudspeaker(folder, loudspeaker, file, maps.value(file));
         }
         for (RiggingHardwareDescriptor *item : library.root->findChildren<RiggingHardwareDescriptor *>(QString(), Qt::FindDirectChildrenOnly)) {
             const QString file = files.value(item->GetName());
             checkName(QStringLiteral("rigging"), item->GetName(), file);
-            validator.checkRigging(item, file, maps.value(file));
+            if (!file.isEmpty())
+                validator.checkRigging(item, file, maps.value(file));
         }
     }
 

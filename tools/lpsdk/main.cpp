@@ -41,6 +41,8 @@ const QList<CommandEntry> &commands()
          {QStringLiteral("mounting"), QStringLiteral("plot"), QStringLiteral("obj")}},
         {"coupling", runCoupling, "coupling positions and the filters of one position pair", {QStringLiteral("low"), QStringLiteral("mid")}},
         {"validate", runValidate, "check every library, descriptor, setup and balloon of the plugin folder", {}},
+        {"balloon-pack", runBalloonPack, "INPUT.csv -o OUT.bin: pack measured directivity into a balloon file",
+         {QStringLiteral("output"), QStringLiteral("format"), QStringLiteral("symmetry"), QStringLiteral("no-seam-column")}},
     };
     return table;
 }
@@ -70,6 +72,10 @@ QList<QCommandLineOption> allOptions()
         {QStringLiteral("frequencies"), QStringLiteral("'balloon --plot': frequencies in Hz (default 250,1000,4000)."), QStringLiteral("list"), QStringLiteral("250,1000,4000")},
         {QStringLiteral("low"), QStringLiteral("'coupling': low coupling position (default 11)."), QStringLiteral("position"), QStringLiteral("11")},
         {QStringLiteral("mid"), QStringLiteral("'coupling': mid coupling position (default 1)."), QStringLiteral("position"), QStringLiteral("1")},
+        {{QStringLiteral("o"), QStringLiteral("output")}, QStringLiteral("'balloon-pack': the balloon file to write."), QStringLiteral("file")},
+        {QStringLiteral("format"), QStringLiteral("'balloon-pack': byte (one byte per value) or double (default)."), QStringLiteral("format"), QStringLiteral("double")},
+        {QStringLiteral("symmetry"), QStringLiteral("'balloon-pack': none, half, half-rotated, quarter or rotational (default none)."), QStringLiteral("symmetry"), QStringLiteral("none")},
+        {QStringLiteral("no-seam-column"), QStringLiteral("'balloon-pack': do not add the closing phi 360 column to a full circle.")},
         {QStringLiteral("expect-loudspeaker"), QStringLiteral("'list': fail unless a loudspeaker of this name is registered."), QStringLiteral("name")},
         {QStringLiteral("expect-rigging"), QStringLiteral("'list': fail unless a rigging item of this name is registered."), QStringLiteral("name")},
     };
