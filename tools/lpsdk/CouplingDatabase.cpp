@@ -46,5 +46,5 @@ void CouplingDatabase::open(const QString &file)
     database.setDatabaseName(path);
     database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
     if (!database.open() || !database.tables().contains(QStringLiteral("CplFilter")))
-        usageError(QStringLiteral("--cpl-db: \"%1\" is no SQLite file with a CplFilter table").arg(path));
+        usageError(QStringLiteral("%1\"%2\" is no SQLite file with a CplFilter table").arg(file.isEmpty() ? QStringLiteral("the installed coupling filter table ") : QStringLiteral("--cpl-db: "), path));
 }
