@@ -25,18 +25,9 @@ struct Row {
     int line;
 };
 
-QByteArrayView trimmed(QByteArrayView text)
-{
-    while (!text.isEmpty() && (text.front() == ' ' || text.front() == '\t' || text.front() == '\r'))
-        text = text.sliced(1);
-    while (!text.isEmpty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r'))
-        text.chop(1);
-    return text;
-}
-
 bool parseNumber(QByteArrayView text, double &value)
 {
-    text = trimmed(text);
+    text = text.trimmed();
     const char *end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, value);
     return result.ec == std::errc() && result.ptr == end && std::isfinite(value);
@@ -117,7 +108,7 @@ bool BalloonCsvPacker::read(QIODevice *device)
         qsizetype end = text.indexOf('\n', start);
         if (end < 0)
             end = text.size();
-        const QByteArrayView content = trimmed(QByteArrayView(text).sliced(start, end - start));
+        const QByteArrayView content = QByteArrayView(text).sliced(start, end - start).trimmed();
         start = end + 1;
         ++line;
         if (content.isEmpty())

@@ -10,11 +10,12 @@ class QIODevice;
  * BalloonFileWriter.
  *
  * The CSV has the header line `frequency_hz,theta_deg,phi_deg,magnitude_db,phase_deg` and one row
- * per frequency and direction, in any order. theta is the angle from the on-axis direction, 0 to
- * 180 degrees; phi turns around the on-axis direction (0 to 360 degrees; with a symmetry, only the
- * stored part: 0..180 for HalfSymmetry and HalfSymmetryRotated, given as real phi that the symmetry
- * folds, 0..90 for QuarterSymmetry, a single phi for RotationalSymmetry). Magnitudes are in dB,
- * phases in degrees.
+ * per frequency and direction, in any order. Angles as in BalloonFileWriter: theta is the angle
+ * from the on-axis direction, 0 to 180 degrees; phi turns around the on-axis direction, 0 up and
+ * 90 to the loudspeaker's left, 0 to 360 degrees. With a symmetry the rows hold only the stored
+ * part, each phi folded by the symmetry as the lookup folds it: 0..180 for HalfSymmetry and
+ * HalfSymmetryRotated, 0..90 for QuarterSymmetry, a single phi for RotationalSymmetry.
+ * Magnitudes are in dB, phases in degrees.
  *
  * The packer infers the grid (the frequencies, the two step widths, NH and NV) from the rows and
  * checks that every grid point has exactly one row: a row that does not parse, a row off the grid,
