@@ -168,6 +168,15 @@ bool BalloonCsvPacker::read(QIODevice *device)
         closeSeam = openSeam && m_closeSeam;
     }
     const int nv = columns + (closeSeam ? 1 : 0);
+    // Every grid point needs a row: a grid far larger than the file is reported, not allocated.
+    const double points = double(frequencies.size()) * nh * columns;
+    if (points > 2.0 * double(rows.size()))
+        return fail(0, QStringLiteral("%1 frequencies x %2 theta x %3 phi angles need %4 rows; there are %5")
+                           .arg(frequencies.size())
+                           .arg(nh)
+                           .arg(columns)
+                           .arg(points, 0, 'f', 0)
+                           .arg(rows.size()));
 
     // Every grid point exactly once.
     const qsizetype perFrequency = qsizetype(nh) * nv;
