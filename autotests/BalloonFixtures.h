@@ -11,9 +11,9 @@
 #include <cmath>
 
 /*
- * The balloon files that the source point tests read as resources. The tool
+ * The balloon files that the source point and writer tests read as resources. The tool
  * balloonfixtures writes them into the build tree, from where they are compiled in under
- * "/Resources".
+ * "/Resources": valid files through the library's writer, files that lie byte by byte.
  *
  * "linear_*" files store, with phase 0, the modulus k = 1 + 100 f + 10 t + p at frequency
  * index f, theta index t and phi index p. Bilinear interpolation of a function linear in t and p
@@ -21,48 +21,49 @@
  */
 namespace BalloonFixtures {
 
-inline RawBalloonFile linearGrid(QList<double> frequencies, qint32 nh, qint32 nv, double thetaStep, double phiStep)
+using Data = BalloonFileWriter::Data;
+
+inline Data linearGrid(QList<double> frequencies, int nh, int nv, double thetaStep, double phiStep)
 {
-    RawBalloonFile w = RawBalloonFile::grid(frequencies, nh, nv, thetaStep, phiStep);
-    qsizetype i = 0;
+    Data data;
+    data.frequencies = frequencies;
+    data.nh = nh;
+    data.nv = nv;
+    data.thetaStepWidth = thetaStep;
+    data.phiStepWidth = phiStep;
     for (int f = 0; f < frequencies.size(); ++f)
         for (int t = 0; t < nh; ++t)
             for (int p = 0; p < nv; ++p)
-                w.magnitudes[i++] = decibels(1.0 + 100.0 * f + 10.0 * t + p);
-    return w;
+                data.magnitudes.append(decibels(1.0 + 100.0 * f + 10.0 * t + p));
+    return data;
 }
 
-inline RawBalloonFile linear(qint32 symmetry, qint32 nv)
+inline Data linear(Tolvane::LoudspeakerSymmetry symmetry, int nv)
 {
-    RawBalloonFile w = linearGrid({100.0, 200.0, 400.0}, 3, nv, 10.0, 45.0);
-    w.symmetry = symmetry;
-    return w;
+    Data data = linearGrid({100.0, 200.0, 400.0}, 3, nv, 10.0, 45.0);
+    data.symmetry = symmetry;
+    return data;
 }
 
 // Four corners of modulus 1 with phases 0 and 180 along phi, 90 and -90 on the second row.
-inline RawBalloonFile cancelling()
+inline Data cancelling()
 {
-    RawBalloonFile w = RawBalloonFile::grid({1000.0}, 2, 2, 10.0, 10.0);
-    w.phases = {0.0, 180.0, 90.0, -90.0};
-    return w;
+    Data data = linearGrid({1000.0}, 2, 2, 10.0, 10.0);
+    data.magnitudes.fill(0.0);
+    data.phases = {0.0, 180.0, 90.0, -90.0};
+    return data;
 }
 
-// A different grid, byte-scaled: every value 0 dB and 180 degrees except the first
-// (-40 dB, -180 degrees).
-inline RawBalloonFile wide()
+// A different grid, byte-scaled over the data's own ranges: every value 0 dB and 180 degrees
+// except the first (-40 dB, -180 degrees), which thus store the bytes 255 and 0.
+inline Data wide()
 {
-    RawBalloonFile w = RawBalloonFile::grid({1000.0, 2000.0}, 2, 3, 30.0, 120.0);
-    w.magnitudeFormat = 2;
-    w.phaseFormat = 2;
-    w.magnitudeMin = -40.0;
-    w.magnitudeMax = 0.0;
-    w.phaseMin = -180.0;
-    w.phaseMax = 180.0;
-    w.magnitudes.fill(255.0);
-    w.phases.fill(255.0);
-    w.magnitudes[0] = 0.0;
-    w.phases[0] = 0.0;
-    return w;
+    Data data = linearGrid({1000.0, 2000.0}, 2, 3, 30.0, 120.0);
+    data.magnitudes.fill(0.0);
+    data.phases = QList<double>(data.magnitudes.size(), 180.0);
+    data.magnitudes[0] = -40.0;
+    data.phases[0] = -180.0;
+    return data;
 }
 
 /*
@@ -71,17 +72,17 @@ inline RawBalloonFile wide()
  * attenuation 0.5 applies at 2000 Hz to every theta (t * 30 > -70) and at 500 Hz from 30 deg
  * on (t * 30 > 17.45). 100 Hz lies below the 300 Hz cut-on.
  */
-inline RawBalloonFile flush()
+inline Data flush()
 {
-    RawBalloonFile w = linearGrid({100.0, 500.0, 2000.0}, 4, 4, 30.0, 90.0);
-    w.hasFlushMount = 1;
-    w.flushMount[0] = 300.0;
-    w.flushMount[1] = 12345.0; // unused
-    w.flushMount[2] = 0.5;
-    w.flushMount[3] = 0.1;
-    w.flushMount[4] = 0.5 * ((2000.0 * 3.141592653589793 / 343.0) * 0.1);
-    w.flushMount[5] = -100.0;
-    return w;
+    Data data = linearGrid({100.0, 500.0, 2000.0}, 4, 4, 30.0, 90.0);
+    data.flushMount = BalloonFileWriter::FlushMount{300.0, 12345.0, 0.5, 0.1,
+                                                    0.5 * ((2000.0 * 3.141592653589793 / 343.0) * 0.1), -100.0};
+    return data;
+}
+
+inline QByteArray bytes(const Data &data, Tolvane::LoudspeakerDataFormat format = Tolvane::Double)
+{
+    return BalloonFileWriter(format, format).toByteArray(data);
 }
 
 /*
@@ -120,22 +121,20 @@ inline QMap<QString, QByteArray> all()
 {
     QMap<QString, QByteArray> files;
     for (int symmetry = Tolvane::NoSymmetry; symmetry <= Tolvane::RotationalSymmetry; ++symmetry) {
-        for (auto format : {Tolvane::ByteScaled, Tolvane::Double}) {
-            BalloonFileWriter writer(format, format);
-            files.insert(roundTripName(symmetry, format),
-                         writer.toByteArray(roundTripData(Tolvane::LoudspeakerSymmetry(symmetry))));
-        }
+        for (auto format : {Tolvane::ByteScaled, Tolvane::Double})
+            files.insert(roundTripName(symmetry, format), bytes(roundTripData(Tolvane::LoudspeakerSymmetry(symmetry)), format));
     }
-    files.insert(QStringLiteral("linear_none.bin"), linear(0, 8).toBytes());
-    files.insert(QStringLiteral("linear_half.bin"), linear(1, 5).toBytes());
-    files.insert(QStringLiteral("linear_halfrotated.bin"), linear(2, 5).toBytes());
-    files.insert(QStringLiteral("linear_quarter.bin"), linear(3, 3).toBytes());
-    files.insert(QStringLiteral("linear_rotational.bin"), linear(4, 1).toBytes());
-    files.insert(QStringLiteral("cancel.bin"), cancelling().toBytes());
-    files.insert(QStringLiteral("wide.bin"), wide().toBytes());
-    files.insert(QStringLiteral("flush.bin"), flush().toBytes());
+    files.insert(QStringLiteral("linear_none.bin"), bytes(linear(Tolvane::NoSymmetry, 8)));
+    files.insert(QStringLiteral("linear_half.bin"), bytes(linear(Tolvane::HalfSymmetry, 5)));
+    files.insert(QStringLiteral("linear_halfrotated.bin"), bytes(linear(Tolvane::HalfSymmetryRotated, 5)));
+    files.insert(QStringLiteral("linear_quarter.bin"), bytes(linear(Tolvane::QuarterSymmetry, 3)));
+    files.insert(QStringLiteral("linear_rotational.bin"), bytes(linear(Tolvane::RotationalSymmetry, 1)));
+    files.insert(QStringLiteral("cancel.bin"), bytes(cancelling()));
+    files.insert(QStringLiteral("wide.bin"), bytes(wide(), Tolvane::ByteScaled));
+    files.insert(QStringLiteral("flush.bin"), bytes(flush()));
     files.insert(QStringLiteral("empty.bin"), QByteArray());
 
+    // Files whose header lies, which the writer refuses to make.
     RawBalloonFile negative = RawBalloonFile::grid({100.0, 200.0}, 3, 4, 10.0, 90.0);
     negative.nh = -3;
     files.insert(QStringLiteral("negative.bin"), negative.toBytes());

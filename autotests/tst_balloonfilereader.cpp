@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileReader_p.h"
-#include "RawBalloonFile.h"
 #include "BalloonFrequencyIndex_p.h"
+#include "RawBalloonFile.h"
 #include "TestHelpers.h"
 
 #include <QRandomGenerator>

@@ -168,6 +168,12 @@ void tst_BalloonFileWriter::packer_data()
     QStringList unparsable = rows;
     unparsable[7] = QStringLiteral("100,90,x,0,0");
     QTest::newRow("unparsable") << unparsable << true << "line 8: not five numbers: \"100,90,x,0,0\"" << 0;
+    QStringList tiny{rows[0]};
+    for (const char *theta : {"0", "0.001", "180"})
+        for (const char *phi : {"0", "90", "180", "270"})
+            tiny << QStringLiteral("100,%1,%2,0,0").arg(QLatin1String(theta), QLatin1String(phi));
+    QTest::newRow("grid far larger than the file") << tiny << true
+                                                   << "1 frequencies x 180001 theta x 4 phi angles need 720004 rows; there are 12" << 0;
     QTest::newRow("no header") << rows.mid(1) << true
                                << "line 1: expected the header \"frequency_hz,theta_deg,phi_deg,magnitude_db,phase_deg\"" << 0;
 }

@@ -117,7 +117,7 @@ BalloonFileWriter::Data pointSource()
 /*
  * DS-S18, a subwoofer: nearly omnidirectional, with rear cancellation that grows with frequency,
  * a monopole plus a cardioid share B = 0.5 (ka)^2 / (1 + (ka)^2) for a front baffle of 0.3 m
- * equivalent radius: the pattern is (1 + B cos theta) / (1 + B), 2.3 dB down behind at 100 Hz.
+ * equivalent radius: the pattern is (1 + B cos theta) / (1 + B), 2.0 dB down behind at 100 Hz.
  */
 BalloonFileWriter::Data subwoofer()
 {

@@ -25,18 +25,9 @@ struct Row {
     int line;
 };
 
-QByteArrayView trimmed(QByteArrayView text)
-{
-    while (!text.isEmpty() && (text.front() == ' ' || text.front() == '\t' || text.front() == '\r'))
-        text = text.sliced(1);
-    while (!text.isEmpty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r'))
-        text.chop(1);
-    return text;
-}
-
 bool parseNumber(QByteArrayView text, double &value)
 {
-    text = trimmed(text);
+    text = text.trimmed();
     const char *end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, value);
     return result.ec == std::errc() && result.ptr == end && std::isfinite(value);
@@ -117,7 +108,7 @@ bool BalloonCsvPacker::read(QIODevice *device)
         qsizetype end = text.indexOf('\n', start);
         if (end < 0)
             end = text.size();
-        const QByteArrayView content = trimmed(QByteArrayView(text).sliced(start, end - start));
+        const QByteArrayView content = QByteArrayView(text).sliced(start, end - start).trimmed();
         start = end + 1;
         ++line;
         if (content.isEmpty())
@@ -177,6 +168,15 @@ bool BalloonCsvPacker::read(QIODevice *device)
         closeSeam = openSeam && m_closeSeam;
     }
     const int nv = columns + (closeSeam ? 1 : 0);
+    // Every grid point needs a row: a grid far larger than the file is reported, not allocated.
+    const double points = double(frequencies.size()) * nh * columns;
+    if (points > 2.0 * double(rows.size()))
+        return fail(0, QStringLiteral("%1 frequencies x %2 theta x %3 phi angles need %4 rows; there are %5")
+                           .arg(frequencies.size())
+                           .arg(nh)
+                           .arg(columns)
+                           .arg(points, 0, 'f', 0)
+                           .arg(rows.size()));
 
     // Every grid point exactly once.
     const qsizetype perFrequency = qsizetype(nh) * nv;

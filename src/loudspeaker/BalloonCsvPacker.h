@@ -10,11 +10,12 @@ class QIODevice;
  * BalloonFileWriter.
  *
  * The CSV has the header line `frequency_hz,theta_deg,phi_deg,magnitude_db,phase_deg` and one row
- * per frequency and direction, in any order. theta is the angle from the on-axis direction, 0 to
- * 180 degrees; phi turns around the on-axis direction (0 to 360 degrees; with a symmetry, only the
- * stored part: 0..180 for HalfSymmetry and HalfSymmetryRotated, given as real phi that the symmetry
- * folds, 0..90 for QuarterSymmetry, a single phi for RotationalSymmetry). Magnitudes are in dB,
- * phases in degrees.
+ * per frequency and direction, in any order. Angles as in BalloonFileWriter: theta is the angle
+ * from the on-axis direction, 0 to 180 degrees; phi turns around the on-axis direction, 0 up and
+ * 90 to the loudspeaker's left, 0 to 360 degrees. With a symmetry the rows hold only the stored
+ * part, each phi folded by the symmetry as the lookup folds it: 0..180 for HalfSymmetry and
+ * HalfSymmetryRotated, 0..90 for QuarterSymmetry, a single phi for RotationalSymmetry.
+ * Magnitudes are in dB, phases in degrees.
  *
  * The packer infers the grid (the frequencies, the two step widths, NH and NV) from the rows and
  * checks that every grid point has exactly one row: a row that does not parse, a row off the grid,
@@ -22,10 +23,10 @@ class QIODevice;
  *
  * The phi seam. The lookup does not wrap phi around: in the last phi column it interpolates towards
  * the first value of the next theta row. So by default a NoSymmetry grid whose phi runs
- * 0 .. 360 - step gets one more column at 360 that repeats phi 0 (see BalloonFileWriter); without it
- * a measured 5-degree monitor balloon is off by up to 21.9 dB between phi 355 and 360, with it by at
- * most 2.1 dB anywhere, the grid's own interpolation error. setCloseSeam(false) writes the columns
- * as given.
+ * 0 .. 360 - step gets one more column at 360 that repeats phi 0 (see BalloonFileWriter). On the
+ * measured 5-degree monitor of the demo series, lookups at phi 357.5 without that column differ by
+ * up to 30 dB from lookups with it; with it, the error left is the grid's own interpolation error.
+ * setCloseSeam(false) writes the columns as given.
  *
  * Not thread-safe; independent packers may run on different threads.
  */

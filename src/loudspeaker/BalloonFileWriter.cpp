@@ -111,6 +111,7 @@ bool BalloonFileWriter::Validate(const Data &data)
     if (data.symmetry < Tolvane::NoSymmetry || data.symmetry > Tolvane::RotationalSymmetry)
         return fail(QStringLiteral("unknown symmetry %1").arg(int(data.symmetry)));
 
+    // The file is assembled in memory: keep it below 2 GiB even with 16 bytes per pair.
     const double count = double(frequencyCount) * data.nh * data.nv;
     if (count > double(std::numeric_limits<qint32>::max()) / 16)
         return fail(QStringLiteral("%1 values are more than a balloon file can hold").arg(count, 0, 'f', 0));

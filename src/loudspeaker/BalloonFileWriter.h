@@ -18,9 +18,12 @@ class QIODevice;
  * and F x NH x NV magnitude/phase pairs).
  *
  * Angles. theta is the angle from the on-axis direction, 0 to 180 degrees; phi turns around the
- * on-axis direction, 0 to 360 degrees. Value (f, t, p) belongs to frequency f, theta t *
- * thetaStepWidth and stored phi column p * phiStepWidth; the symmetry says which part of the phi
- * circle the columns cover (full circle, 0..180, 0..90, or a single column).
+ * on-axis direction, 0 to 360 degrees, with 0 pointing up and 90 to the loudspeaker's left, so a
+ * direction is (cos theta, sin theta sin phi, sin theta cos phi) in (front, left, up). Value
+ * (f, t, p) belongs to frequency f, theta t * thetaStepWidth and stored phi column
+ * p * phiStepWidth; the symmetry says which part of the phi circle the columns cover (full circle;
+ * 0..180 for a left/right symmetric source; 0..90 when it is also up/down symmetric; a single
+ * column for a rotationally symmetric one).
  *
  * The phi seam. The lookup takes the phi neighbour of a cell without wrapping: in the last phi
  * column it interpolates towards the first value of the next theta row (for theta near 180, the
