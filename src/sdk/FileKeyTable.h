@@ -48,7 +48,8 @@ public:
 
     /// The row of `key` (own rows first, then the base's), or null. Case-sensitive, as the readers are.
     const FileKey *Find(const QString &key) const;
-    /// The known key closest to `key` by edit distance (ignoring case), or an empty string when none is close.
+    /// The known key `key` was most likely meant to be, ignoring case: one with words left out or
+    /// added ("flown_install"), else the fewest edits ("widht"); empty when none is close.
     QString NearestKey(const QString &key) const;
 
     /// True for a key of a mounting-keyed map: "default", a mounting text ("flown", "stacked_cart", ...),
