@@ -115,7 +115,7 @@ QString FileKeyTable::Name() const
 QList<const FileKey *> FileKeyTable::AllKeys() const
 {
     QList<const FileKey *> rows;
-    for (const FileKeyTable *table = this; table; table = table->m_base) {
+    for (const FileKeyTable *table = this; table; table = table->Base()) {
         for (const FileKey &row : *table)
             rows.append(&row);
     }
@@ -124,7 +124,7 @@ QList<const FileKey *> FileKeyTable::AllKeys() const
 
 const FileKey *FileKeyTable::Find(const QString &key) const
 {
-    for (const FileKeyTable *table = this; table; table = table->m_base) {
+    for (const FileKeyTable *table = this; table; table = table->Base()) {
         for (const FileKey &row : *table) {
             if (key == QLatin1String(row.name))
                 return &row;
