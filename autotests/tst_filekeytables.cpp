@@ -83,7 +83,7 @@ void tst_FileKeyTables::tableMatchesReader()
     // A literal key handed to a map look-up or to one of the readers' conversion helpers; keys built
     // with a format ("3D_%1") are the readers' own view keys, not file keys.
     static const QRegularExpression lookUp(
-        QStringLiteral("\\b(?:value|contains|constFind|readLength|readNumber|millimetres|pointMap)\\("
+        QStringLiteral("\\b(?:value|contains|constFind|readLength|readNumber|millimetres|degrees|pointMap)\\("
                        "(?:[\\w.]+,\\s*)?(?:QStringLiteral|QLatin1String)?\\(?\"([^\"]+)\""));
     const QSet<QString> pointCoordinates {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("z")};
     QStringList missing;

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes one SVG per balloon symmetry kind: the phi circle with the part a file stores.
+"""Writes one SVG per balloon symmetry kind: the phi circle with the part a file stores, seen
+from in front of the loudspeaker (phi 0 up, 90 to the loudspeaker's left, the picture's right).
 
 usage: python3 symmetry.py   (writes symmetry-<value>.svg beside itself)
 """
@@ -20,7 +21,7 @@ SIZE, CX, CY, R = 220, 110, 105, 62
 
 
 def point(phi, radius):
-    """Phi 0 at the top, growing clockwise, as the pictures are read."""
+    """Phi 0 at the top, growing clockwise as seen from the front."""
     a = math.radians(phi)
     return CX + radius * math.sin(a), CY - radius * math.cos(a)
 

@@ -9,6 +9,8 @@
  * the switch entries, the filter entries, the named filter sets and the two limiters.
  * Gains in dB, delays in milliseconds (seconds in the API), frequencies in Hz, phases in
  * degrees; limiter values are passed on in the file's own units.
+ *
+ * The tables are constant: read them from any thread.
  */
 class NVLPS_EXPORT LoudspeakerSetupFileKeys
 {

@@ -14,8 +14,7 @@ constexpr FileKey cabinetKeys[] = {
     {"weight", FileKey::Number, FileKey::NoUnit, "0", "weight, as the files of the series write it"},
     {"3D_triangulated", FileKey::Boolean, FileKey::NoUnit, "false", "the 3D view is a triangulated mesh"},
 };
-// Not constexpr: its base is defined in another file (constant-initialised, so safe to take here).
-const FileKeyTable cabinet("loudspeaker cabinet", cabinetKeys, &CabinetShapeFileKeys::Table());
+constexpr FileKeyTable cabinet("loudspeaker cabinet", cabinetKeys, &CabinetShapeFileKeys::Table);
 
 // Setup keys per mounting; these names differ from the mounting texts of other maps.
 constexpr FileKey defaultSetupKeys[] = {

@@ -9,6 +9,8 @@
  * blocks: "cabinet" (extending CabinetShapeFileKeys), each entry of "sourcePoints" (read by
  * SourcePointDescriptor) and the DSP channel keys of such an entry (read by DspChannelDescriptor).
  * Lengths in millimetres (metres in the API), angles in degrees.
+ *
+ * The tables are constant: read them from any thread.
  */
 class NVLPS_EXPORT LoudspeakerDescriptorFileKeys
 {

@@ -29,8 +29,7 @@ constexpr FileKey cabinetKeys[] = {
     {"rearTailWidth", FileKey::Number, FileKey::Millimetres, "the rear edge width", "frame outline: width of the rear tail"},
     {"rearEdgeXOffset", FileKey::Number, FileKey::Millimetres, "the rear", "frame outline: offset of the rear edge from the front"},
 };
-// Not constexpr: its base is defined in another file (constant-initialised, so safe to take here).
-const FileKeyTable cabinet("rigging cabinet", cabinetKeys, &CabinetShapeFileKeys::Table());
+constexpr FileKeyTable cabinet("rigging cabinet", cabinetKeys, &CabinetShapeFileKeys::Table);
 
 constexpr FileKey connectionKeys[] = {
     {"front", FileKey::PointValue, FileKey::Millimetres, "origin", "front connection point of the load beam at this position"},

@@ -8,6 +8,8 @@
  * Keys of a rigging hardware descriptor file as RiggingHardwareDescriptor reads them, with
  * its "cabinet" block (extending CabinetShapeFileKeys) and the entries of "loadBeamTypes".
  * Lengths in millimetres (metres in the API), angles in degrees.
+ *
+ * The tables are constant: read them from any thread.
  */
 class NVLPS_EXPORT RiggingHardwareDescriptorFileKeys
 {

@@ -15,6 +15,8 @@ class FileKeyTable;
  *
  * Container kinds describe their contents through `keys` (the keys of an Object) and
  * `item` (each element of an Array, each member of a MountingMap or NamedMap).
+ *
+ * Plain constant data: safe to read from any thread.
  */
 struct NVLPS_EXPORT FileKey
 {

@@ -5,25 +5,40 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
+// Edit distance ignoring case, with a swap of two neighbours counting as one edit ("widht").
 int editDistance(const QString &a, const QString &b)
 {
-    std::vector<int> row(b.size() + 1);
+    const auto same = [&](int i, int j) { return a.at(i).toCaseFolded() == b.at(j).toCaseFolded(); };
+    std::vector<std::vector<int>> d(a.size() + 1, std::vector<int>(b.size() + 1));
+    for (int i = 0; i <= a.size(); ++i)
+        d[i][0] = i;
     for (int j = 0; j <= b.size(); ++j)
-        row[j] = j;
+        d[0][j] = j;
     for (int i = 1; i <= a.size(); ++i) {
-        int diagonal = row[0];
-        row[0] = i;
         for (int j = 1; j <= b.size(); ++j) {
-            const int above = row[j];
-            const bool same = a.at(i - 1).toCaseFolded() == b.at(j - 1).toCaseFolded();
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (same ? 0 : 1)});
-            diagonal = above;
+            d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, d[i - 1][j - 1] + (same(i - 1, j - 1) ? 0 : 1)});
+            if (i > 1 && j > 1 && same(i - 1, j - 2) && same(i - 2, j - 1))
+                d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
         }
     }
-    return row[b.size()];
+    return d[a.size()][b.size()];
+}
+
+// True when the characters of `part` appear in `whole` in order, ignoring case: a name with
+// words left out ("flown_install" in "flown_vertical_install").
+bool isSubsequence(const QString &part, const QString &whole)
+{
+    int i = 0;
+    for (int j = 0; j < whole.size() && i < part.size(); ++j) {
+        if (part.at(i).toCaseFolded() == whole.at(j).toCaseFolded())
+            ++i;
+    }
+    return i == part.size();
 }
 
 QJsonObject valueSchema(const FileKey &key);
@@ -45,7 +60,7 @@ QString description(const FileKey &key)
     if (!unit.isEmpty())
         text += QStringLiteral(" [%1]").arg(unit);
     if (key.defaultValue && *key.defaultValue)
-        text += QStringLiteral(" Default: %1.").arg(QString::fromUtf8(key.defaultValue));
+        text += QStringLiteral(". Default: %1.").arg(QString::fromUtf8(key.defaultValue));
     return text;
 }
 
@@ -100,7 +115,7 @@ QString FileKeyTable::Name() const
 QList<const FileKey *> FileKeyTable::AllKeys() const
 {
     QList<const FileKey *> rows;
-    for (const FileKeyTable *table = this; table; table = table->m_base) {
+    for (const FileKeyTable *table = this; table; table = table->Base()) {
         for (const FileKey &row : *table)
             rows.append(&row);
     }
@@ -109,7 +124,7 @@ QList<const FileKey *> FileKeyTable::AllKeys() const
 
 const FileKey *FileKeyTable::Find(const QString &key) const
 {
-    for (const FileKeyTable *table = this; table; table = table->m_base) {
+    for (const FileKeyTable *table = this; table; table = table->Base()) {
         for (const FileKey &row : *table) {
             if (key == QLatin1String(row.name))
                 return &row;
@@ -120,14 +135,16 @@ const FileKey *FileKeyTable::Find(const QString &key) const
 
 QString FileKeyTable::NearestKey(const QString &key) const
 {
-    // Closer than half the key's length, so that a suggestion is a likely typo and not any short key.
+    // Names with words left out or added come first, then the fewest edits; at most half the
+    // longer name apart, so that a suggestion is a likely slip and not just any short key.
     QString nearest;
-    int best = std::max<int>(1, (key.size() + 1) / 2);
+    std::pair<bool, int> best {true, std::numeric_limits<int>::max()};
     for (const FileKey *row : AllKeys()) {
         const QString candidate = QString::fromUtf8(row->name);
         const int distance = editDistance(key, candidate);
-        if (distance < best) {
-            best = distance;
+        const std::pair<bool, int> rank {!isSubsequence(key, candidate) && !isSubsequence(candidate, key), distance};
+        if (rank < best && 2 * distance <= std::max(key.size(), candidate.size())) {
+            best = rank;
             nearest = candidate;
         }
     }

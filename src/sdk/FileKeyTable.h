@@ -26,12 +26,15 @@
 class NVLPS_EXPORT FileKeyTable
 {
 public:
-    constexpr FileKeyTable(const char *name, const FileKey *keys, std::size_t count, const FileKeyTable *base = nullptr)
+    /// How a table names the table it extends: a function, so that tables of other files stay constant data.
+    using BaseTable = const FileKeyTable &(*)();
+
+    constexpr FileKeyTable(const char *name, const FileKey *keys, std::size_t count, BaseTable base = nullptr)
         : m_name(name), m_keys(keys), m_count(count), m_base(base)
     {
     }
     template<std::size_t N>
-    constexpr FileKeyTable(const char *name, const FileKey (&keys)[N], const FileKeyTable *base = nullptr)
+    constexpr FileKeyTable(const char *name, const FileKey (&keys)[N], BaseTable base = nullptr)
         : FileKeyTable(name, keys, N, base)
     {
     }
@@ -39,7 +42,7 @@ public:
     /// Name of the block ("loudspeaker descriptor", "cabinet", ...).
     QString Name() const;
     /// The table this one extends, or null.
-    const FileKeyTable *Base() const { return m_base; }
+    const FileKeyTable *Base() const { return m_base ? &m_base() : nullptr; }
     /// The table's own rows, without those of the base.
     const FileKey *begin() const { return m_keys; }
     const FileKey *end() const { return m_keys + m_count; }
@@ -48,7 +51,8 @@ public:
 
     /// The row of `key` (own rows first, then the base's), or null. Case-sensitive, as the readers are.
     const FileKey *Find(const QString &key) const;
-    /// The known key closest to `key` by edit distance (ignoring case), or an empty string when none is close.
+    /// The known key `key` was most likely meant to be, ignoring case: one with words left out or
+    /// added ("flown_install"), else the fewest edits ("widht"); empty when none is close.
     QString NearestKey(const QString &key) const;
 
     /// True for a key of a mounting-keyed map: "default", a mounting text ("flown", "stacked_cart", ...),
@@ -74,5 +78,5 @@ private:
     const char *m_name;
     const FileKey *m_keys;
     std::size_t m_count;
-    const FileKeyTable *m_base;
+    BaseTable m_base;
 };

@@ -9,6 +9,8 @@
  * the shape name, outer size, trapezoid angle, the parameters of each parametric shape and
  * the "views" of an "Arbitrary" shape. Lengths in millimetres, angles in degrees; a missing
  * parameter reads as 0. The cabinet blocks of loudspeaker and rigging descriptors extend it.
+ *
+ * The tables are constant: read them from any thread.
  */
 class NVLPS_EXPORT CabinetShapeFileKeys
 {

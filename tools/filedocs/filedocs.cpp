@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QList>
+#include <QSet>
 #include <QTextStream>
 
 #include <cstdio>
@@ -58,12 +59,16 @@ QString cell(QString text)
     return text.replace(QLatin1Char('|'), QLatin1String("\\|"));
 }
 
-// The tables nested in a row: an object's keys, a named map's well-known names, and those of its items.
-void nestedTables(const FileKey &key, QList<const FileKeyTable *> &tables)
+// The tables nested in a row: an object's keys, a named map's well-known names, and those of its
+// items; `names` remembers which are name lists rather than blocks of fixed keys.
+void nestedTables(const FileKey &key, QList<const FileKeyTable *> &tables, QSet<const FileKeyTable *> &names)
 {
     for (const FileKey *row = &key; row; row = row->item) {
-        if (row->keys && !tables.contains(row->keys))
+        if (row->keys && !tables.contains(row->keys)) {
             tables.append(row->keys);
+            if (row->kind == FileKey::NamedMap)
+                names.insert(row->keys);
+        }
     }
 }
 
@@ -75,10 +80,11 @@ QString markdown()
     for (const FileKind &kind : kinds) {
         out << "\n## " << kind.title << " keys\n";
         QList<const FileKeyTable *> tables {&kind.table};
+        QSet<const FileKeyTable *> names;
         for (int i = 0; i < tables.size(); ++i) {
             const FileKeyTable &table = *tables.at(i);
             if (i > 0) {
-                out << "\n### Block: " << table.Name();
+                out << "\n### " << (names.contains(&table) ? "Well-known names: " : "Block: ") << table.Name();
                 if (table.Base())
                     out << " (with the keys of " << table.Base()->Name() << ")";
                 out << "\n";
@@ -88,7 +94,7 @@ QString markdown()
                 out << "| \"" << cell(QString::fromUtf8(row->name)) << "\" | " << cell(FileKeyTable::DescribeValue(*row)) << " | "
                     << unitText(row->unit) << " | " << cell(QString::fromUtf8(row->defaultValue)) << " | "
                     << cell(QString::fromUtf8(row->meaning)) << " |\n";
-                nestedTables(*row, tables);
+                nestedTables(*row, tables, names);
             }
         }
     }
