@@ -74,7 +74,7 @@ void drawPlane(PlotCanvas &canvas, const QRectF &area, const Balloon &balloon, c
         QList<std::pair<double, double>> curve; // angle, level
         double peak = -1e9;
         for (int a = -180; a <= 180; ++a) {
-            const double level = levelOf(balloon.value(frequencies.at(c), std::abs(a), a >= 0 ? phi : phi + 180.0));
+            const double level = levelOf(balloon.value(frequencies.at(c), std::abs(a), a >= 0 ? phi : std::fmod(phi + 180.0, 360.0)));
             curve.append({double(a), level});
             if (std::isfinite(level))
                 peak = std::max(peak, level);
@@ -97,8 +97,10 @@ void plot(const CommandContext &context, const Balloon &balloon, const QString &
     const QString title = QStringLiteral("%1, source point \"%2\", balloon key \"%3\"%4\nlevel relative to each curve's maximum")
                               .arg(context.name(), balloon.sourcePoint->GetName(), balloon.key, balloon.flushMount ? QStringLiteral(", flush-mounted") : QString());
     PlotCanvas canvas(file, QSize(1300, 760), title);
-    drawPlane(canvas, QRectF(90, 130, 500, 500), balloon, frequencies, 90.0, QStringLiteral("horizontal plane (phi 90° right, 270° left)"));
-    drawPlane(canvas, QRectF(710, 130, 500, 500), balloon, frequencies, 0.0, QStringLiteral("vertical plane (phi 0° up, 180° down)"));
+    // Phi 0 is the source's up and 90 its left: the horizontal plane is seen from above with
+    // the left on the left, the vertical plane with up on the right.
+    drawPlane(canvas, QRectF(90, 130, 500, 500), balloon, frequencies, 270.0, QStringLiteral("horizontal, seen from above (left: phi 90°)"));
+    drawPlane(canvas, QRectF(710, 130, 500, 500), balloon, frequencies, 0.0, QStringLiteral("vertical (right: up, phi 0°)"));
     QList<PlotCanvas::LegendEntry> legend;
     for (int c = 0; c < frequencies.size(); ++c)
         legend.append({PlotCanvas::color(c), QStringLiteral("%1 Hz").arg(frequencies.at(c))});

@@ -186,7 +186,7 @@ void PlotCanvas::drawPolarGrid(const QRectF &area, double bottom, double top, do
     bold.setBold(true);
     p.setFont(bold);
     p.setPen(Qt::black);
-    p.drawText(QRectF(area.left(), area.bottom() + 26, area.width(), 24), Qt::AlignCenter, caption);
+    p.drawText(QRectF(area.left() - 60, area.bottom() + 26, area.width() + 120, 24), Qt::AlignCenter, caption);
     p.restore();
 }
 

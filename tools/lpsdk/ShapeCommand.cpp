@@ -5,7 +5,6 @@
 #include "Descriptors.h"
 #include "PlotCanvas.h"
 
-#include <QFile>
 #include <QHash>
 #include <QSaveFile>
 
