@@ -82,7 +82,7 @@ void tst_FileKeyTables::tableMatchesReader()
     // A literal key handed to a map look-up or to one of the readers' conversion helpers; keys built
     // with a format ("3D_%1") are the readers' own view keys, not file keys.
     static const QRegularExpression lookUp(
-        QStringLiteral("\\b(?:value|contains|constFind|readLength|readNumber|millimetres|degrees|pointMap)\\("
+        QStringLiteral("\\b(?:value|contains|constFind|readLength|readNumber|millimetres|pointMap)\\("
                        "(?:[\\w.]+,\\s*)?(?:QStringLiteral|QLatin1String)?\\(?\"([^\"]+)\""));
     // Readers test a point's form by its coordinates, and look mounting keys up in mounting maps.
     const QSet<QString> pointCoordinates {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("z")};
