@@ -29,12 +29,6 @@ constexpr FileKey switchKeys[] = {
 };
 constexpr FileKeyTable switchEntry("switch", switchKeys);
 constexpr FileKey switchItem {nullptr, FileKey::Object, FileKey::NoUnit, "", "switch", &switchEntry};
-constexpr FileKey switchNumbers[] = {
-    {"1", FileKey::Object, FileKey::NoUnit, "", "switch 1: values with gains", &switchEntry},
-    {"2", FileKey::Object, FileKey::NoUnit, "", "switch 2: values with polarities", &switchEntry},
-    {"3", FileKey::Object, FileKey::NoUnit, "", "switch 3: values with a preset text", &switchEntry},
-};
-constexpr FileKeyTable switchTable("switches", switchNumbers);
 
 constexpr FileKey filterSetKeys[] = {
     {"System_EQ", FileKey::Array, FileKey::NoUnit, "empty", "system EQ, always applied", nullptr, &filterItem},
@@ -120,7 +114,9 @@ constexpr FileKey keys[] = {
     {"phaseSensitivity", FileKey::Array, FileKey::Degrees, "empty", "sensitivity phase per frequency, at least as many",
      nullptr, &floatValue},
     {"maxPK", FileKey::Array, FileKey::NoUnit, "empty", "largest peak values, each raised to at least 1", nullptr, &floatValue},
-    {"switches", FileKey::NamedMap, FileKey::NoUnit, "empty", "switches by number (decimal text)", &switchTable, &switchItem},
+    {"switches", FileKey::NamedMap, FileKey::NoUnit, "empty",
+     "switches by number (decimal text); \"1\" to \"3\" also fill the controller's parameter records (1 with "
+     "\"dBGains\", 2 with \"polarities\", 3 with \"presetText\")", nullptr, &switchItem},
     {"filters", FileKey::Object, FileKey::NoUnit, "empty", "named filter sets", &filterSets},
     {"peakLimiter", FileKey::Object, FileKey::NoUnit, "empty", "peak limiter parameters", &peakLimiter},
     {"thermoLimiter", FileKey::Object, FileKey::NoUnit, "empty", "thermal limiter parameters", &thermoLimiter},

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "FileKeyTable.h"
 
+#include "Vocabulary.h"
+
 #include <QJsonArray>
 
 #include <algorithm>
@@ -153,14 +155,15 @@ QString FileKeyTable::NearestKey(const QString &key) const
 
 QStringList FileKeyTable::MountingTexts()
 {
-    return {QStringLiteral("flown"), QStringLiteral("stacked"), QStringLiteral("flown_horizontal"),
-            QStringLiteral("stacked_horizontal"), QStringLiteral("stacked_cart"), QStringLiteral("flown_install"),
-            QStringLiteral("flown_pullback")};
+    QStringList texts;
+    for (int mounting = Tolvane::Flown; mounting <= Tolvane::FlownPullback; ++mounting)
+        texts.append(Vocabulary::mountingText(static_cast<Tolvane::Mounting>(mounting)));
+    return texts;
 }
 
 bool FileKeyTable::IsMountingKey(const QString &key)
 {
-    if (key == QLatin1String("default"))
+    if (key == Vocabulary::DefaultKey)
         return true;
     const QStringList texts = MountingTexts();
     return std::any_of(texts.cbegin(), texts.cend(), [&key](const QString &text) {
