@@ -6,6 +6,7 @@
 #include "BalloonFrequencyIndex_p.h"
 #include "DspChannelDescriptor.h"
 #include "LoudspeakerDescriptor.h"
+#include "UpperState_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -445,6 +446,7 @@ double SourcePointDescriptor::GetPhiWithNormalAngle(double phi) const
 Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequency, double theta, double phi,
                                               bool flushMount)
 {
+    ClearUpperState(frequency, theta, phi);
     if (!m_balloonDataLoaded.load(std::memory_order_acquire))
         return Complex(0.0, 0.0);
     return GetBalloonDataAtIndex(
