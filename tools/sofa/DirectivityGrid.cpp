@@ -23,6 +23,11 @@ DirectivityGrid::Vector cross(const DirectivityGrid::Vector &a, const Directivit
     return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
+bool finite(const DirectivityGrid::Vector &a)
+{
+    return std::isfinite(a[0]) && std::isfinite(a[1]) && std::isfinite(a[2]);
+}
+
 DirectivityGrid::Vector scaled(const DirectivityGrid::Vector &a, double k)
 {
     return {a[0] * k, a[1] * k, a[2] * k};
@@ -105,6 +110,8 @@ std::optional<DirectivityGrid> DirectivityGrid::FromReceivers(const std::vector<
     const size_t frequencyCount = size_t(frequencies.size());
     if (receivers.empty() || frequencyCount == 0 || values.size() != receivers.size() * frequencyCount)
         return fail(QStringLiteral("no receivers or no frequencies to place"));
+    if (!finite(view) || !finite(up))
+        return fail(QStringLiteral("the view direction (SourceView) or the up direction (SourceUp) is not finite"));
     if (dot(view, view) == 0.0)
         return fail(QStringLiteral("the view direction (SourceView) is zero"));
     const Vector across = cross(view, up);
@@ -114,8 +121,8 @@ std::optional<DirectivityGrid> DirectivityGrid::FromReceivers(const std::vector<
     std::vector<std::array<double, 2>> angles(receivers.size());
     QList<double> thetas, phis;
     for (size_t r = 0; r < receivers.size(); ++r) {
-        if (dot(receivers[r], receivers[r]) == 0.0)
-            return fail(QStringLiteral("receiver %1 lies at the source: it has no direction").arg(r + 1));
+        if (!finite(receivers[r]) || dot(receivers[r], receivers[r]) == 0.0)
+            return fail(QStringLiteral("receiver %1 has no direction: it lies at the source or is not finite").arg(r + 1));
         angles[r] = BalloonAngles(receivers[r], view, up);
         const bool pole = angles[r][0] < Tolerance || angles[r][0] > 180.0 - Tolerance;
         thetas << (pole ? std::round(angles[r][0]) : angles[r][0]);
@@ -136,6 +143,13 @@ std::optional<DirectivityGrid> DirectivityGrid::FromReceivers(const std::vector<
         return fail(QStringLiteral("the phi step of %1 degrees does not divide the circle").arg(grid.phiStep));
     grid.phiStep = 360.0 / grid.columns;
     grid.rows = int(std::lround(thetas.last() / grid.thetaStep)) + 1;
+    // Each receiver fills one cell, or a whole row on the axis. Far too few of them for the grid
+    // are refused at once, so that a stray step cannot make the cell table huge; near misses get
+    // the first missing direction below.
+    const size_t needed = size_t(std::max(grid.rows - 2, 0)) * size_t(grid.columns) + 2;
+    if (needed > 4 * receivers.size())
+        return fail(QStringLiteral("the receivers cannot fill a regular %1 x %2 degree theta/phi grid: it needs %3 directions, there are %4")
+                        .arg(grid.thetaStep).arg(grid.phiStep).arg(needed).arg(receivers.size()));
 
     const auto direction = [](double theta, double phi) {
         return QStringLiteral("theta %1, phi %2").arg(theta, 0, 'g', 10).arg(phi, 0, 'g', 10);
