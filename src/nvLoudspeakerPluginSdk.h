@@ -37,6 +37,8 @@
 #include "Tolvane.h"
 
 // Loudspeakers
+#include "BalloonCsvPacker.h"
+#include "BalloonFileWriter.h"
 #include "LoudspeakerDescriptor.h"
 #include "SourcePointDescriptor.h"
 
