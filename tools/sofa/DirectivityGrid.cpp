@@ -206,3 +206,51 @@ std::optional<DirectivityGrid::SymmetryMismatch> DirectivityGrid::CheckSymmetry(
     }
     return worst;
 }
+
+std::optional<BalloonFileWriter::Data> DirectivityGrid::ToBalloon(Tolvane::LoudspeakerSymmetry symmetry, QString *error) const
+{
+    // The stored columns as phi of the full circle: column q of a rotated half lies at q - 90.
+    double span = 360.0, first = 0.0;
+    switch (symmetry) {
+    case Tolvane::HalfSymmetry:
+        span = 180.0;
+        break;
+    case Tolvane::HalfSymmetryRotated:
+        span = 180.0;
+        first = 270.0;
+        break;
+    case Tolvane::QuarterSymmetry:
+        span = 90.0;
+        break;
+    case Tolvane::RotationalSymmetry:
+        span = 0.0;
+        break;
+    default:
+        break;
+    }
+    const long steps = std::lround(span / phiStep);
+    if (std::abs(steps * phiStep - span) > Tolerance) {
+        *error = QStringLiteral("the phi step of %1 degrees does not divide the %2 degrees this symmetry stores").arg(phiStep).arg(span);
+        return std::nullopt;
+    }
+    BalloonFileWriter::Data data;
+    data.frequencies = frequencies;
+    data.nh = rows;
+    // The full circle keeps 0 .. 360 - step and closes with 360; the others store both ends.
+    data.nv = int(steps) + 1;
+    data.thetaStepWidth = thetaStep;
+    data.phiStepWidth = phiStep;
+    data.symmetry = symmetry;
+    const qsizetype count = qsizetype(frequencies.size()) * rows * data.nv;
+    data.magnitudes.reserve(count);
+    data.phases.reserve(count);
+    for (int f = 0; f < frequencies.size(); ++f)
+        for (int t = 0; t < rows; ++t)
+            for (int q = 0; q < data.nv; ++q) {
+                const int p = int((std::lround(first / phiStep) + q) % columns);
+                const std::complex<double> value = Value(f, t, p);
+                data.magnitudes << levelDb(value);
+                data.phases << std::arg(value) * 180.0 / Pi;
+            }
+    return data;
+}

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "BalloonFileWriter.h"
+
 #include <QList>
 #include <QString>
 
@@ -42,6 +44,14 @@ public:
     static std::optional<DirectivityGrid> FromReceivers(const std::vector<Vector> &receivers, const Vector &view,
                                                         const Vector &up, const std::vector<std::complex<double>> &values,
                                                         const QList<double> &frequencies, QString *error);
+
+    /**
+     * The balloon writer's input: magnitudes in dB (floored at -200 dB), phases in degrees, the
+     * phi columns that `symmetry` stores, and for NoSymmetry the closing column at phi 360 that
+     * repeats phi 0, as the CSV packer adds it. Nothing, with `error` set, when the stored phi
+     * range is not a whole number of phi steps.
+     */
+    std::optional<BalloonFileWriter::Data> ToBalloon(Tolvane::LoudspeakerSymmetry symmetry, QString *error) const;
 
     /// The largest level difference (dB) between a direction and its mirror under a balloon symmetry.
     struct SymmetryMismatch {
