@@ -18,9 +18,7 @@ class QIODevice;
  * and F x NH x NV magnitude/phase pairs).
  *
  * Angles. theta is the angle from the on-axis direction, 0 to 180 degrees; phi turns around the
- * on-axis direction, 0 to 360 degrees, from the source's up direction (0) towards its left (90):
- * in (front, left, up) a direction is (cos theta, sin theta sin phi, sin theta cos phi). Importers
- * (the CSV packer, the SOFA import of lpsdk) all use this convention. Value (f, t, p) belongs to frequency f, theta t *
+ * on-axis direction, 0 to 360 degrees. Value (f, t, p) belongs to frequency f, theta t *
  * thetaStepWidth and stored phi column p * phiStepWidth; the symmetry says which part of the phi
  * circle the columns cover (full circle, 0..180, 0..90, or a single column).
  *
