@@ -223,7 +223,7 @@ private Q_SLOTS:
             QString error;
             const std::optional<DirectivityGrid> grid = readGrid(content, 0, &error);
             QVERIFY2(grid, qPrintable(error));
-            const std::optional<BalloonFileWriter::Data> data = grid->ToBalloon(Tolvane::NoSymmetry, &error);
+            const std::optional<BalloonFileWriter::Data> data = grid->ToBalloon(Tolvane::NoSymmetry, true, &error);
             QVERIFY2(data, qPrintable(error));
             QCOMPARE(data->nv, 5);
             for (int t = 0; t < data->nh; ++t)

@@ -207,7 +207,8 @@ std::optional<DirectivityGrid::SymmetryMismatch> DirectivityGrid::CheckSymmetry(
     return worst;
 }
 
-std::optional<BalloonFileWriter::Data> DirectivityGrid::ToBalloon(Tolvane::LoudspeakerSymmetry symmetry, QString *error) const
+std::optional<BalloonFileWriter::Data> DirectivityGrid::ToBalloon(Tolvane::LoudspeakerSymmetry symmetry, bool closeSeam,
+                                                                 QString *error) const
 {
     // The stored columns as phi of the full circle: column q of a rotated half lies at q - 90.
     double span = 360.0, first = 0.0;
@@ -237,7 +238,7 @@ std::optional<BalloonFileWriter::Data> DirectivityGrid::ToBalloon(Tolvane::Louds
     data.frequencies = frequencies;
     data.nh = rows;
     // The full circle keeps 0 .. 360 - step and closes with 360; the others store both ends.
-    data.nv = int(steps) + 1;
+    data.nv = int(steps) + (symmetry == Tolvane::NoSymmetry && !closeSeam ? 0 : 1);
     data.thetaStepWidth = thetaStep;
     data.phiStepWidth = phiStep;
     data.symmetry = symmetry;

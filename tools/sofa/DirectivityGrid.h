@@ -47,11 +47,11 @@ public:
 
     /**
      * The balloon writer's input: magnitudes in dB (floored at -200 dB), phases in degrees, the
-     * phi columns that `symmetry` stores, and for NoSymmetry the closing column at phi 360 that
-     * repeats phi 0, as the CSV packer adds it. Nothing, with `error` set, when the stored phi
-     * range is not a whole number of phi steps.
+     * phi columns that `symmetry` stores, and for NoSymmetry with `closeSeam` the closing column
+     * at phi 360 that repeats phi 0, as the CSV packer adds it. Nothing, with `error` set, when
+     * the stored phi range is not a whole number of phi steps.
      */
-    std::optional<BalloonFileWriter::Data> ToBalloon(Tolvane::LoudspeakerSymmetry symmetry, QString *error) const;
+    std::optional<BalloonFileWriter::Data> ToBalloon(Tolvane::LoudspeakerSymmetry symmetry, bool closeSeam, QString *error) const;
 
     /// The largest level difference (dB) between a direction and its mirror under a balloon symmetry.
     struct SymmetryMismatch {
