@@ -160,7 +160,7 @@ bool BalloonCsvPacker::read(QIODevice *device)
                            .arg(thetas.back()));
     const int nh = int(std::lround(180.0 / thetaStep)) + 1;
 
-    double phiStep = 360.0;
+    double phiStep = thetaStep; // nominal for the single rotational column
     int columns = 1;
     bool closeSeam = false;
     if (m_symmetry != Tolvane::RotationalSymmetry) {
