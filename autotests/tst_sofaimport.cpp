@@ -2,6 +2,9 @@
 #include "DirectivityGrid.h"
 #include "SofaDirectivityFile.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -279,6 +282,53 @@ private Q_SLOTS:
         QString error;
         QVERIFY(!readGrid(content, fault == QLatin1String("measurement") ? 1 : 0, &error));
         QCOMPARE(error, message);
+    }
+
+    void balloonPackCommand_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<bool>("sofaContent");
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("expected"); // in stderr on failure, else the grid's nv in the JSON report
+        QTest::newRow("SOFA by content under another name") << "measured.dat" << true << QStringList{} << 0 << "5";
+        QTest::newRow("asymmetric data refused as half") << "a.sofa" << true << QStringList{QStringLiteral("--symmetry"), QStringLiteral("half")} << 1
+                                                        << "(1000 Hz, theta 45, phi 270 against phi 90), more than --symmetry-tolerance 1 dB; --force packs it anyway";
+        QTest::newRow("forced half") << "a.sofa" << true << QStringList{QStringLiteral("--symmetry"), QStringLiteral("half"), QStringLiteral("--force")} << 0 << "3";
+        QTest::newRow("looser tolerance") << "a.sofa" << true << QStringList{QStringLiteral("--symmetry"), QStringLiteral("quarter"), QStringLiteral("--symmetry-tolerance"), QStringLiteral("20")} << 0 << "2";
+        QTest::newRow("named .sofa, not netCDF") << "b.sofa" << false << QStringList{} << 1 << "b.sofa as netCDF";
+    }
+    void balloonPackCommand()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(bool, sofaContent);
+        QFETCH(QStringList, options);
+        QFETCH(int, status);
+        QFETCH(QString, expected);
+        const QString input = m_dir.filePath(fileName);
+        if (sofaContent) {
+            writeSofa(input, patternFile(gridDirections(), true));
+        } else {
+            QFile csv(input);
+            QVERIFY(csv.open(QIODevice::WriteOnly));
+            csv.write("frequency_hz,theta_deg,phi_deg,magnitude_db,phase_deg\n");
+        }
+        QProcess lpsdk;
+        lpsdk.start(QStringLiteral(LPSDK_EXECUTABLE),
+                    QStringList{QStringLiteral("balloon-pack"), input, QStringLiteral("-o"), m_dir.filePath(QStringLiteral("out.bin")), QStringLiteral("--json")} + options);
+        QVERIFY(lpsdk.waitForFinished(60000));
+        const QByteArray err = lpsdk.readAllStandardError();
+        QVERIFY2(lpsdk.exitCode() == status, err.constData());
+        if (status != 0) {
+            QVERIFY2(err.contains(expected.toUtf8()), err.constData());
+            return;
+        }
+        const QJsonObject report = QJsonDocument::fromJson(lpsdk.readAllStandardOutput()).object();
+        QCOMPARE(report.value(QStringLiteral("input_kind")).toString(), QStringLiteral("sofa"));
+        const QJsonObject grid = report.value(QStringLiteral("grid")).toObject();
+        QCOMPARE(grid.value(QStringLiteral("conventions")).toString(), QStringLiteral("FreeFieldDirectivityTF 1.1"));
+        QCOMPARE(grid.value(QStringLiteral("receivers")).toInt(), 14);
+        QCOMPARE(QString::number(grid.value(QStringLiteral("nv")).toInt()), expected);
     }
 
     void symmetryCheckFindsTheWorstMirror()
