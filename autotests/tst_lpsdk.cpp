@@ -8,7 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QHash>
-#include <QImage>
+#include <QtEndian>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -74,7 +74,10 @@ void tst_Lpsdk::listsTheDemoSeries()
         loudspeakers.insert(entry[QStringLiteral("name")].toString(), entry.toObject());
     QVERIFY(loudspeakers.contains(QStringLiteral("DS-L12")));
     QCOMPARE(loudspeakers[QStringLiteral("DS-L12")][QStringLiteral("width_m")].toDouble(), 1.053);
-    QCOMPARE(list.value(QStringLiteral("rigging")).toArray().at(0)[QStringLiteral("name")].toString(), QStringLiteral("DS-L12 Frame"));
+    QStringList rigging;
+    for (const QJsonValue &entry : list.value(QStringLiteral("rigging")).toArray())
+        rigging.append(entry[QStringLiteral("name")].toString());
+    QVERIFY(rigging.contains(QStringLiteral("DS-L12 Frame")));
 }
 
 // Left out, the coupling switches sit at 0 dB: the same curve as setting them so, and not the
@@ -92,8 +95,12 @@ void tst_Lpsdk::transferDefaultsCouplingToZeroDecibels()
     QCOMPARE(points.size(), 249);
     QCOMPARE(points, zero.json().value(QStringLiteral("points")).toArray());
     QVERIFY(points != lowest.json().value(QStringLiteral("points")).toArray());
-    const QImage image(png);
-    QCOMPARE(image.size(), QSize(1200, 900));
+    QFile picture(png);
+    QVERIFY(picture.open(QIODevice::ReadOnly));
+    const QByteArray header = picture.read(24); // signature, then the IHDR chunk's width and height
+    QVERIFY(header.startsWith("\x89PNG"));
+    QCOMPARE(qFromBigEndian<quint32>(header.constData() + 16), 1200u);
+    QCOMPARE(qFromBigEndian<quint32>(header.constData() + 20), 900u);
 }
 
 void tst_Lpsdk::balloonValueAndPlots()

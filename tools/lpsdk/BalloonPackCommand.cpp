@@ -118,7 +118,7 @@ int runBalloonPack(const CommandContext &context)
     BalloonFileWriter writer(encoding, encoding);
     const QString output = parser.value(QStringLiteral("output"));
     if (!writer.write(imported.data, output))
-        dataError(QStringLiteral("%1: %2").arg(output, writer.errorString()));
+        dataError(QStringLiteral("cannot write the balloon file: ") + writer.errorString());
 
     Output &out = context.output;
     out.field(QStringLiteral("input"), QStringLiteral("input"), context.arguments.first());

@@ -58,10 +58,7 @@ void Output::print(const QString &text)
     int depth = 0;
     for (const std::shared_ptr<Frame> &frame : m_stack)
         depth += frame->titled ? 1 : 0;
-    const QByteArray indent(depth * 2, ' ');
-    std::fputs(indent.constData(), stdout);
-    std::fputs(text.toUtf8().constData(), stdout);
-    std::fputc('\n', stdout);
+    m_text += QByteArray(depth * 2, ' ') + text.toUtf8() + '\n';
 }
 
 void Output::store(const QString &key, const QJsonValue &value)
@@ -175,6 +172,8 @@ void Output::finish()
     if (m_mode == Json) {
         const QByteArray document = QJsonDocument(m_stack.first()->object).toJson(QJsonDocument::Indented);
         std::fwrite(document.constData(), 1, size_t(document.size()), stdout);
+    } else {
+        std::fwrite(m_text.constData(), 1, size_t(m_text.size()), stdout);
     }
     std::fflush(stdout);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QJsonValue>
 #include <QList>
 #include <QString>
@@ -41,7 +42,8 @@ public:
     void field(const QString &key, const QString &label, const QJsonValue &value, const QString &unit = QString(), const QString &why = QString());
     /// A plain line of text in text mode (a heading or a remark); nothing in JSON.
     void line(const QString &text);
-    /// Writes the JSON document (JSON mode) and flushes stdout.
+    /// Writes the text or the JSON document to stdout. Nothing is written before, so a command
+    /// that fails half-way leaves stdout empty.
     void finish();
 
     /// A finite number, or null when it is -inf or NaN.
@@ -56,4 +58,5 @@ private:
     Mode m_mode;
     bool m_quiet;
     QList<std::shared_ptr<Frame>> m_stack;
+    QByteArray m_text;
 };

@@ -112,18 +112,25 @@ std::pair<int, int> viewAxes(const QList<Point> &points, std::pair<int, int> fal
     return fallback;
 }
 
-// Points at one place share one mark, named together.
+// Points at one place share one mark, named by the first with a count of the others.
 QList<std::pair<QString, Point>> mergedMarks(const QList<std::pair<QString, Point>> &marks)
 {
     QList<std::pair<QString, Point>> merged;
+    QList<int> others;
     for (const auto &[name, point] : marks) {
         const auto same = std::find_if(merged.begin(), merged.end(), [&point = point](const auto &m) {
             return std::abs(m.second.x() - point.x()) < 1e-6 && std::abs(m.second.y() - point.y()) < 1e-6 && std::abs(m.second.z() - point.z()) < 1e-6;
         });
-        if (same == merged.end())
+        if (same == merged.end()) {
             merged.append({name, point});
-        else
-            same->first += QStringLiteral(", ") + name;
+            others.append(0);
+        } else {
+            ++others[same - merged.begin()];
+        }
+    }
+    for (int i = 0; i < merged.size(); ++i) {
+        if (others.at(i) > 0)
+            merged[i].first += QStringLiteral(" (and %1 more point%2 there)").arg(others.at(i)).arg(others.at(i) > 1 ? QStringLiteral("s") : QString());
     }
     return merged;
 }

@@ -121,32 +121,18 @@ public:
         return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
     }
 
-    void checkOutline(const QString &descriptor, const QString &file, const QString &key, const QList<Point> &mesh)
+    // The library's own outline checks, named per descriptor (its warning names only the cabinet).
+    void checkOutlines(const QString &descriptor, const QString &file, LoudspeakerDescriptor *loudspeaker)
     {
-        if (mesh.isEmpty()) {
-            add(descriptor, file, key, QStringLiteral("the 3-D outline is empty"));
-            return;
-        }
-        if (mesh.size() % 4 != 0) {
-            add(descriptor, file, key, QStringLiteral("the 3-D outline has %1 points, no multiple of four").arg(mesh.size()));
-            return;
-        }
-        // Closed and consistently wound: every edge is walked once each way.
-        const auto corner = [](const Point &p) {
-            return QStringLiteral("%1,%2,%3").arg(std::llround(p.x() * 1e6)).arg(std::llround(p.y() * 1e6)).arg(std::llround(p.z() * 1e6));
-        };
-        QHash<QString, int> edges;
-        for (qsizetype f = 0; f < mesh.size(); f += 4) {
-            for (int i = 0; i < 4; ++i)
-                ++edges[corner(mesh.at(f + i)) + QLatin1Char('>') + corner(mesh.at(f + (i + 1) % 4))];
-        }
-        for (auto it = edges.cbegin(); it != edges.cend(); ++it) {
-            const QStringList ends = it.key().split(QLatin1Char('>'));
-            if (ends.at(0) != ends.at(1) && (it.value() != 1 || edges.value(ends.at(1) + QLatin1Char('>') + ends.at(0)) != 1)) {
-                add(descriptor, file, key, QStringLiteral("the 3-D outline is not a closed surface (edge %1 mm)").arg(it.key()));
-                return;
-            }
-        }
+        const QList<Point> mesh = loudspeaker->Get3dView(Tolvane::Flown);
+        if (mesh.isEmpty())
+            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the 3-D outline is empty"));
+        else if (mesh.size() % 4 != 0)
+            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the 3-D outline has %1 points, no multiple of four (a mesh of quadrilaterals)").arg(mesh.size()));
+        if (loudspeaker->GetTopView().isEmpty())
+            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the top outline is empty"));
+        if (loudspeaker->GetSideView(Tolvane::Flown).isEmpty())
+            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the side outline is empty"));
     }
 
     void checkResourceFile(const QString &descriptor, const QString &file, const QString &key, const QString &name, const QString &what)
@@ -212,7 +198,7 @@ public:
         if (!folder.takeWarnings().isEmpty())
             add(name, file, QStringLiteral("cabinet/cabinetShape"), QStringLiteral("unknown shape \"%1\"").arg(cabinet.value(QStringLiteral("cabinetShape")).toString()));
         else
-            checkOutline(name, file, QStringLiteral("cabinet"), loudspeaker->Get3dView(Tolvane::Flown));
+            checkOutlines(name, file, loudspeaker);
         checkKeys(name, file, LoudspeakerDescriptorFileKeys::Table(), QJsonObject::fromVariantMap(map), QString());
 
         const QVariantList entries = map.value(QStringLiteral("sourcePoints")).toList();

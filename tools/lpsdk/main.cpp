@@ -111,13 +111,14 @@ int main(int argc, char *argv[])
         description += QStringLiteral("  %1 %2\n").arg(QLatin1String(entry.name), -10).arg(QLatin1String(entry.summary));
         names.append(QLatin1String(entry.name));
     }
+    const QList<QCommandLineOption> options = allOptions();
     QCommandLineParser parser;
     parser.setApplicationDescription(description);
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("command"), names.join(QStringLiteral(", ")));
     parser.addPositionalArgument(QStringLiteral("name"), QStringLiteral("loudspeaker or rigging item name"), QStringLiteral("[name]"));
-    parser.addOptions(allOptions());
+    parser.addOptions(options);
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(2, parser.errorText() + QStringLiteral(" (see lpsdk --help)"));
     if (parser.isSet(help))
@@ -131,9 +132,11 @@ int main(int argc, char *argv[])
     if (entry == commands().cend())
         return fail(2, QStringLiteral("unknown command \"%1\" (accepted: %2)").arg(commandName, names.join(QStringLiteral(", "))));
     const QStringList global = {QStringLiteral("plugins"), QStringLiteral("cpl-db"), QStringLiteral("json"), QStringLiteral("quiet")};
-    for (const QString &option : parser.optionNames()) {
-        // -o is the short name of --output; the parser reports the name as typed.
-        if (!global.contains(option) && !entry->options.contains(option == QLatin1String("o") ? QStringLiteral("output") : option))
+    for (const QString &given : parser.optionNames()) {
+        // The long name stands for the option, however it was spelled ("-o" is "--output").
+        const auto known = std::find_if(options.cbegin(), options.cend(), [&](const QCommandLineOption &o) { return o.names().contains(given); });
+        const QString option = known == options.cend() ? given : known->names().constLast();
+        if (!global.contains(option) && !entry->options.contains(option))
             return fail(2, QStringLiteral("--%1 does not apply to '%2' (its options: %3)").arg(option, commandName,
                 entry->options.isEmpty() ? QStringLiteral("none") : QStringLiteral("--") + entry->options.join(QStringLiteral(", --"))));
     }
