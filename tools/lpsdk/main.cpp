@@ -41,8 +41,9 @@ const QList<CommandEntry> &commands()
          {QStringLiteral("mounting"), QStringLiteral("plot"), QStringLiteral("obj")}},
         {"coupling", runCoupling, "coupling positions and the filters of one position pair", {QStringLiteral("low"), QStringLiteral("mid")}},
         {"validate", runValidate, "check every library, descriptor, setup and balloon of the plugin folder", {}},
-        {"balloon-pack", runBalloonPack, "INPUT.csv -o OUT.bin: pack measured directivity into a balloon file",
-         {QStringLiteral("output"), QStringLiteral("format"), QStringLiteral("symmetry"), QStringLiteral("no-seam-column")}},
+        {"balloon-pack", runBalloonPack, "INPUT.csv|INPUT.sofa -o OUT.bin: pack measured directivity into a balloon file",
+         {QStringLiteral("output"), QStringLiteral("format"), QStringLiteral("symmetry"), QStringLiteral("no-seam-column"),
+          QStringLiteral("measurement"), QStringLiteral("symmetry-tolerance"), QStringLiteral("force")}},
     };
     return table;
 }
@@ -76,6 +77,9 @@ QList<QCommandLineOption> allOptions()
         {QStringLiteral("format"), QStringLiteral("'balloon-pack': byte (one byte per value) or double (default)."), QStringLiteral("format"), QStringLiteral("double")},
         {QStringLiteral("symmetry"), QStringLiteral("'balloon-pack': none, half, half-rotated, quarter or rotational (default none)."), QStringLiteral("symmetry"), QStringLiteral("none")},
         {QStringLiteral("no-seam-column"), QStringLiteral("'balloon-pack': do not add the closing phi 360 column to a full circle.")},
+        {QStringLiteral("measurement"), QStringLiteral("'balloon-pack' of a SOFA file: which measurement (1 ... M, default 1)."), QStringLiteral("k"), QStringLiteral("1")},
+        {QStringLiteral("symmetry-tolerance"), QStringLiteral("'balloon-pack' of a SOFA file: largest level difference between mirrored directions, dB (default 1)."), QStringLiteral("dB"), QStringLiteral("1")},
+        {QStringLiteral("force"), QStringLiteral("'balloon-pack' of a SOFA file: pack a symmetry the data does not have.")},
         {QStringLiteral("expect-loudspeaker"), QStringLiteral("'list': fail unless a loudspeaker of this name is registered."), QStringLiteral("name")},
         {QStringLiteral("expect-rigging"), QStringLiteral("'list': fail unless a rigging item of this name is registered."), QStringLiteral("name")},
     };
