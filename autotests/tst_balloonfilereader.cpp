@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileReader_p.h"
-#include "BalloonFileWriter.h"
 #include "BalloonFrequencyIndex_p.h"
+#include "RawBalloonFile.h"
 #include "TestHelpers.h"
 
 #include <QRandomGenerator>
@@ -103,9 +103,9 @@ QByteArray leBytes(T v)
 
 // Two frequencies (the first 20 dB up), 2 x 3 directions, byte magnitudes in -6.02 .. 0 dB
 // (modulus 0.5 .. 1), double phases, and flush-mount data.
-BalloonFileWriter smallFile()
+RawBalloonFile smallFile()
 {
-    BalloonFileWriter w = BalloonFileWriter::grid({100, 2000}, 2, 3, 30, 90);
+    RawBalloonFile w = RawBalloonFile::grid({100, 2000}, 2, 3, 30, 90);
     w.levelOffsets = {20, 0};
     w.magnitudeFormat = 2;
     w.magnitudeMin = -6.020599913279624;
@@ -121,9 +121,9 @@ BalloonFileWriter smallFile()
     return w;
 }
 
-BalloonFileWriter randomFile(QRandomGenerator &rng, quint8 magFormat, quint8 phaseFormat)
+RawBalloonFile randomFile(QRandomGenerator &rng, quint8 magFormat, quint8 phaseFormat)
 {
-    BalloonFileWriter w = BalloonFileWriter::grid({100, 200, 400, 800, 1600}, 3, 7, 10.0, 30.0);
+    RawBalloonFile w = RawBalloonFile::grid({100, 200, 400, 800, 1600}, 3, 7, 10.0, 30.0);
     w.magnitudeFormat = magFormat;
     w.phaseFormat = phaseFormat;
     w.magnitudeMin = -60.0 + rng.bounded(20.0);
@@ -277,7 +277,7 @@ void tst_BalloonFileReader::corruptField()
 void tst_BalloonFileReader::negativeCountsWithPositiveProduct()
 {
     // -2 x -3 rows: a table of 2 x 6 zeros, but no pair to read and nothing consumed.
-    BalloonFileWriter w = BalloonFileWriter::grid({100, 200}, 2, 3, 10, 90);
+    RawBalloonFile w = RawBalloonFile::grid({100, 200}, 2, 3, 10, 90);
     w.nh = -2;
     w.nv = -3;
     QVERIFY(sameBits(fastDecode(w.toBytes()).table, std::vector<std::complex<float>>(12)));
@@ -305,7 +305,7 @@ void tst_BalloonFileReader::sizeAllowance()
     QFETCH(qint64, nv);
     QFETCH(bool, throws);
 
-    BalloonFileWriter w = BalloonFileWriter::grid({1000}, 1, 1, 10, 10);
+    RawBalloonFile w = RawBalloonFile::grid({1000}, 1, 1, 10, 10);
     w.magnitudeFormat = w.phaseFormat = quint8(format);
     w.magnitudes.clear();
     w.phases.clear();

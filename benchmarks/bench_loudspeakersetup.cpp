@@ -2,10 +2,12 @@
 // Reading a realistic controller setup file, and transfer-function queries over the whole
 // 1/24-octave grid with and without coupling, against a straightforward query that builds
 // the "Switch%1_%2" keys and evaluates the coupling biquads through the public helpers.
+// Argument "dirty" 1 runs each query after leaving the vector upper halves dirty (UpperState.h).
 #include "AllocationCounter.h"
 #include "CouplingFilterProvider.h"
 #include "FilterResponse.h"
 #include "LoudspeakerSetup.h"
+#include "UpperState.h"
 
 #include <benchmark/benchmark.h>
 
@@ -179,9 +181,12 @@ void TransferFunction(benchmark::State &state, const QMap<int, int> &switches)
 {
     LoudspeakerSetup setup(nullptr);
     setup.Read(g_setupPath);
+    const UpperState upper = StateOfArgument(state.range(0));
     for (auto _ : state) {
-        for (int i = 0; i < 249; ++i)
+        for (int i = 0; i < 249; ++i) {
+            SetUpperState(upper);
             benchmark::DoNotOptimize(setup.GetTransferFunction(Tolvane::LogarithmicFrequencies, i, switches, Tolvane::NoSensitivity, false));
+        }
     }
     SetPerQueryCounter(state, 249);
 }
@@ -193,9 +198,12 @@ void StraightforwardTransferFunction(benchmark::State &state, const QMap<int, in
     const QMap<QString, QList<Complex>> responses = setup.GetFilterResponses(Tolvane::LogarithmicFrequencies);
     const QList<double> grid = setup.GetFrequencies(Tolvane::LogarithmicFrequencies);
     const double signedGain = setup.GetGain() * setup.GetPolarity();
+    const UpperState upper = StateOfArgument(state.range(0));
     for (auto _ : state) {
-        for (int i = 0; i < 249; ++i)
+        for (int i = 0; i < 249; ++i) {
+            SetUpperState(upper);
             benchmark::DoNotOptimize(StraightforwardQuery(responses, grid, signedGain, setup.GetDelay(), i, switches));
+        }
     }
     SetPerQueryCounter(state, 249);
 }
@@ -204,25 +212,25 @@ void BM_TransferFunction(benchmark::State &state)
 {
     TransferFunction(state, g_plainSwitches);
 }
-BENCHMARK(BM_TransferFunction);
+BENCHMARK(BM_TransferFunction)->ArgName("dirty")->Arg(0)->Arg(1);
 
 void BM_TransferFunctionStraightforward(benchmark::State &state)
 {
     StraightforwardTransferFunction(state, g_plainSwitches);
 }
-BENCHMARK(BM_TransferFunctionStraightforward);
+BENCHMARK(BM_TransferFunctionStraightforward)->ArgName("dirty")->Arg(0)->Arg(1);
 
 void BM_TransferFunctionCoupled(benchmark::State &state)
 {
     TransferFunction(state, g_coupledSwitches);
 }
-BENCHMARK(BM_TransferFunctionCoupled);
+BENCHMARK(BM_TransferFunctionCoupled)->ArgName("dirty")->Arg(0)->Arg(1);
 
 void BM_TransferFunctionCoupledStraightforward(benchmark::State &state)
 {
     StraightforwardTransferFunction(state, g_coupledSwitches);
 }
-BENCHMARK(BM_TransferFunctionCoupledStraightforward);
+BENCHMARK(BM_TransferFunctionCoupledStraightforward)->ArgName("dirty")->Arg(0)->Arg(1);
 
 // Same values from both query paths, and no heap allocation in the fast one.
 bool Check()

@@ -24,6 +24,8 @@
 
 // SDK core
 #include "DescriptorRegistry.h"
+#include "FileKey.h"
+#include "FileKeyTable.h"
 #include "JsonFileLoader.h"
 #include "LibVersion.h"
 #include "LoudspeakerDescriptorProvider.h"
@@ -37,7 +39,10 @@
 #include "Tolvane.h"
 
 // Loudspeakers
+#include "BalloonCsvPacker.h"
+#include "BalloonFileWriter.h"
 #include "LoudspeakerDescriptor.h"
+#include "LoudspeakerDescriptorFileKeys.h"
 #include "SourcePointDescriptor.h"
 
 // Controller setups and filters
@@ -47,10 +52,13 @@
 #include "DspChannelDescriptor_Interface.h"
 #include "FilterResponse.h"
 #include "LoudspeakerSetup.h"
+#include "LoudspeakerSetupFileKeys.h"
 
 // Cabinet shapes
 #include "CabinetShapeCreator.h"
+#include "CabinetShapeFileKeys.h"
 
 // Rigging hardware
 #include "RiggingHardwareDescriptor.h"
+#include "RiggingHardwareDescriptorFileKeys.h"
 #include "RiggingObject_Abstract.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The demo loudspeaker series: a line array with its flying frame, a subwoofer, a point
-// source and a stage monitor, described by the JSON files compiled into this plugin.
+// The demo loudspeaker series: a line array with its flying frame, a subwoofer with a
+// ground-stack plate, a point source, a stage monitor and a measured compact monitor, described
+// by the JSON files compiled into this plugin, with their balloon files generated at build time.
 #include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
 #include <QObject>
@@ -21,13 +22,14 @@ public:
 
     void SetLoudspeakerDescriptorProvider(LoudspeakerDescriptorProvider *provider) override
     {
-        for (const char *file : {"DS-L12", "DS-S18", "DS-P8", "DS-M12"})
+        for (const char *file : {"DS-L12", "DS-S18", "DS-P8", "DS-M12", "DS-C5"})
             provider->AddLoudspeakerDescriptor(new LoudspeakerDescriptor(QStringLiteral(":/demoseries/data/%1.json").arg(QLatin1String(file)), this));
     }
 
     void SetRiggingHardwareDescriptorProvider(RiggingHardwareDescriptorProvider *provider) override
     {
-        provider->AddRiggingHardwareDescriptor(new RiggingHardwareDescriptor(QStringLiteral(":/demoseries/data/DS-L12-Frame.json"), this));
+        for (const char *file : {"DS-L12-Frame", "DS-GroundPlate"})
+            provider->AddRiggingHardwareDescriptor(new RiggingHardwareDescriptor(QStringLiteral(":/demoseries/data/%1.json").arg(QLatin1String(file)), this));
     }
 };
 

@@ -11,6 +11,9 @@
  * interpolated balloon value. All operations are inline and allocation-free; the
  * arithmetic is the textbook formula (no scaling in division), so results are
  * reproducible from the formulas alone.
+ *
+ * A value type: copy it freely and use it from any thread. Division by zero gives the IEEE
+ * results (infinities or NaN), never an exception.
  */
 class Complex
 {

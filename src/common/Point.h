@@ -24,6 +24,9 @@ class QDebug;
  *
  * The mirror and translate operations change the point in place and return it, so that
  * they chain: `Point(p).mirrorZ().translateZ(-h)`.
+ *
+ * A value type: copy it freely and use it from any thread. A variant of any other form
+ * converts to the origin; missing coordinates are 0.
  */
 class NVCOMMON_EXPORT Point
 {

@@ -4,6 +4,7 @@
 #include <QDebug>
 
 /// Width, height and depth of a cabinet or frame, in metres.
+/// A value type; any thread. Nothing is validated: negative sizes stay as given.
 class Size
 {
 public:

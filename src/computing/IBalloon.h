@@ -11,6 +11,9 @@ namespace nvScientificComputing {
  * Read access to one measured directivity balloon: a table of complex pressures over a
  * theta/phi grid for each frequency, laid out as (f * NH + t) * NV + p.
  * The table is owned elsewhere and outlives the balloon object.
+ *
+ * Angles are degrees, frequencies Hz. Immutable: read from any thread. An empty table gives
+ * 0 Hz as first and last frequency.
  */
 class NVCOMPUTING_EXPORT IBalloon
 {

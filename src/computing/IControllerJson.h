@@ -19,6 +19,9 @@ namespace nvScientificComputing {
 /**
  * The raw parameters a signal-processing engine needs to run one controller setup.
  * References stay valid for the lifetime of the implementing object.
+ *
+ * Values keep the units of the setup file, except the gain (linear) and the delay (seconds).
+ * Read-only: any thread may read it once the setup is read. Missing file values are 0 or empty.
  */
 class NVCOMPUTING_EXPORT IControllerJson
 {

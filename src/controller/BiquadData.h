@@ -8,6 +8,8 @@ namespace Tolvane {
 /**
  * One coupling filter as served by CouplingFilterProvider::GetFilter(). It is evaluated
  * exactly like a filter entry { "type", "fp", "Q", "G" } with the same four values.
+ *
+ * Frequency in Hz, gain in dB. Plain value; any thread.
  */
 struct BiquadData
 {

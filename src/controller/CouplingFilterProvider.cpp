@@ -209,6 +209,7 @@ QList<std::pair<double, Complex>> CouplingFilterProvider::CalculateFIRFilters(in
 
 Complex CouplingFilterProvider::CalculateCouplingResponse(int lowPosition, int midPosition, double frequency)
 {
+    ClearUpperState();
     Complex product(1.0, 0.0);
     if (!EnsureRead())
         return product;

@@ -24,6 +24,9 @@ class CouplingFilterProviderPrivate;
  *
  * Only the creation of the instance is synchronised: initialise it (or make a first query)
  * before using it from several threads; afterwards it is read-only.
+ *
+ * Frequencies are Hz and gains dB; positions are half-dB steps (low position 11 and mid
+ * position 1 are 0 dB).
  */
 class NVLPS_EXPORT CouplingFilterProvider : public QObject
 {

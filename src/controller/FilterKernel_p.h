@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Complex.h"
+#include "UpperState_p.h"
 
 #include <QtGlobal>
 
@@ -159,6 +160,7 @@ inline Complex Evaluate(const Section &section, double f)
 /// out[i] *= response at frequencies[i], for i < count. Unknown types leave out unchanged.
 inline void MultiplyInto(const Section &section, const double *frequencies, Complex *out, qsizetype count)
 {
+    ClearUpperState(); // callers look up their filter entries in between, through the C library
     Dispatch(section.type, [&](auto type) {
         for (qsizetype i = 0; i < count; ++i)
             out[i] *= EvaluateTyped<decltype(type)::value>(section, frequencies[i]);

@@ -5,6 +5,7 @@
 #include "FilterResponse.h"
 #include "FrequencyVectors.h"
 #include "LoudspeakerSetupReader_p.h"
+#include "UpperState_p.h"
 #include "Vocabulary.h"
 
 #include <algorithm>
@@ -91,6 +92,7 @@ Complex LoudspeakerSetup::SensitivityAt(int frequencyIndex) const
 Complex LoudspeakerSetup::GetTransferFunction(Tolvane::FrequencyRange range, int frequencyIndex, const QMap<int, int> &switches,
                                               Tolvane::SensitivityTypes sensitivityType, bool applyApEq)
 {
+    ClearUpperState();
     const bool logarithmic = range == Tolvane::LogarithmicFrequencies;
     if (!logarithmic && range != Tolvane::LinearFrequencies)
         return Complex(1.0, 0.0);

@@ -29,6 +29,11 @@ class CouplingFilterProvider;
  * (1025 points) while the file is read, so a transfer-function query is a few look-ups and
  * complex products. Filled once by Read(), then only queried; queries are reentrant on a
  * read object (the coupling filter provider must be initialised before concurrent use).
+ *
+ * Gains are linear factors (dB in the file), delays seconds (milliseconds in the file),
+ * frequencies Hz. A missing or unparsable file is reported by the JSON loader and leaves
+ * every default; values of the wrong type read as Qt converts them; an unknown filter type
+ * logs a warning and contributes a factor of 1.
  */
 class NVLPS_EXPORT LoudspeakerSetup : public QObject, public nvScientificComputing::IControllerJson
 {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileReader_p.h"
+#include "UpperState_p.h"
 
 #include <QDataStream>
 #include <QtEndian>
@@ -161,6 +162,7 @@ template<Kind M, Kind P>
 void decodeBody(const uchar *&cursor, const uchar *end, std::complex<float> *out, const BalloonFileReader::Header &h,
                 const std::vector<double> &levelOffsets)
 {
+    ClearUpperState(); // the zero fill of the table may just have run the C library's memset
     PhaseTables phases;
     if constexpr (P == Kind::Byte) {
         for (unsigned b = 0; b < 256; ++b) {

@@ -20,6 +20,10 @@ class LoudspeakerSetup;
  * setup key (children of this object, read from ":/Resources/<file>"), the default setup
  * of each mounting, and the two frequency grids. Acoustic queries go to the setup of the
  * key asked for. Filled in the constructor, read-only afterwards.
+ *
+ * Frequencies are Hz, delays seconds. Safe to query from several threads once constructed.
+ * An unknown setup key gives neutral answers; a setup file that cannot be read leaves an empty
+ * setup under its key (the JSON loader reports the file).
  */
 class NVLPS_EXPORT DspChannelDescriptor : public QObject, public DspChannelDescriptor_Interface
 {

@@ -20,6 +20,9 @@
  *
  * Reading never fails: missing keys keep their defaults, and only an unknown "type" text
  * (besides the JSON loader and the cabinet shapes) logs a warning.
+ *
+ * Units as in LoudspeakerDescriptor_Interface: metres in the cabinet frame, degrees. Once
+ * constructed it may be read from several threads; its source points load balloons separately.
  */
 class NVLPS_EXPORT LoudspeakerDescriptor : public QObject, public LoudspeakerDescriptor_Interface
 {

@@ -5,6 +5,7 @@
 #include "BalloonFileReader_p.h"
 #include "BalloonFrequencyIndex_p.h"
 #include "DspChannelDescriptor.h"
+#include "UpperState_p.h"
 #include "Vocabulary.h"
 
 #include <QFile>
@@ -397,6 +398,7 @@ double SourcePointDescriptor::GetPhiWithNormalAngle(double phi) const
 Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequency, double theta, double phi,
                                               bool flushMount)
 {
+    ClearUpperState(frequency, theta, phi);
     if (!m_balloonDataLoaded.load(std::memory_order_acquire))
         return Complex(0.0, 0.0);
     return GetBalloonDataAtIndex(

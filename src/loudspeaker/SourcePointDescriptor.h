@@ -22,6 +22,10 @@ class DspChannelDescriptor;
  * possibly from a worker thread, after each file. Nothing is locked: query balloon values only
  * once IsBalloonDataLoaded() is true or the signal has arrived, and only from one thread at a
  * time while no read runs. The destructor waits for a running background read.
+ *
+ * Positions are metres, angles degrees, frequencies Hz. A missing balloon resource logs
+ * "Balloon data file not found: <name>"; a short or corrupt balloon file is not detected (values
+ * past its end read as zeros), so check files before shipping them.
  */
 class NVLPS_EXPORT SourcePointDescriptor : public QObject, public SourcePointDescriptor_Interface
 {

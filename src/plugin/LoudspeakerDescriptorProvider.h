@@ -10,6 +10,9 @@
 /**
  * The registry of loudspeaker descriptors: plugins add theirs, the host looks them up by
  * exact name. Holds plain pointers; the descriptors belong to their plugin's root object.
+ *
+ * Null descriptors and names already taken are ignored; an unknown name gives null.
+ * Filled on the thread that loads the plugins and read afterwards; not locked.
  */
 class NVLPS_EXPORT LoudspeakerDescriptorProvider : public QObject
 {

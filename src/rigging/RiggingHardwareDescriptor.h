@@ -27,6 +27,9 @@
  * the frame turned upside down under an array (frames that support pullback), "3D_flown" etc.
  * where the file draws the flown frame itself, and "3D_<type>_<position>" etc. for the load
  * beam of a load beam type at one of its positions.
+ *
+ * A missing or unparsable file is reported by the JSON loader and leaves the defaults;
+ * values of the wrong type read as Qt converts them, without a warning.
  */
 class NVLPS_EXPORT RiggingHardwareDescriptor : public QObject, public RiggingHardwareDescriptor_Interface
 {

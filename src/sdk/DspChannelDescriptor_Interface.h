@@ -13,6 +13,10 @@
  * What the host may ask of the DSP (amplifier) channel that drives a source point
  * (implemented by DspChannelDescriptor). The class name and the interface id differ on
  * purpose: plugins built against the id must keep casting.
+ *
+ * Frequencies are Hz, delays seconds, gains linear. Read-only once constructed, so it may be
+ * queried from several threads. A setup key the channel does not hold gives neutral answers
+ * (empty texts, 0, a transfer function of 0 and a sensitivity of 1), never an error.
  */
 class DspChannelDescriptor_Interface
 {

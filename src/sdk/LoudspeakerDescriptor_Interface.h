@@ -20,6 +20,9 @@ class SourcePointDescriptor;
  * Lengths and points are in metres in the cabinet frame (X forwards with the front at x = 0,
  * Y lateral, Z up with the top at z = 0); angles in degrees. A descriptor is filled once when it
  * is constructed and only read afterwards; reading from several threads is safe then.
+ *
+ * A mounting without its own entry in a file falls back to the entry "default", and then to
+ * an empty result (a zero point, an empty list); nothing is reported.
  */
 class LoudspeakerDescriptor_Interface
 {

@@ -7,6 +7,8 @@
 /**
  * Implemented by the root object of every loudspeaker-series plugin.
  * The order of the virtual operations is part of the plugin ABI.
+ *
+ * The plugin provider calls it on the thread that loads the plugins; hosts read it afterwards.
  */
 class LoudspeakerSeries_Interface
 {

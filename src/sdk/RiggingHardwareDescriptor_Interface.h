@@ -16,6 +16,9 @@
  * Lengths and points are in metres in the frame's own coordinates (X forwards, front face at
  * x = 0; Z up, top at z = 0); angles in degrees; weights and loads in the unit of the files.
  * The order of the virtual operations is part of the plugin ABI: never reorder or insert.
+ *
+ * Read-only once constructed, so it may be queried from several threads. Names that are not
+ * in the file fall back to "default" entries and then to a zero point or an empty map.
  */
 class RiggingHardwareDescriptor_Interface
 {

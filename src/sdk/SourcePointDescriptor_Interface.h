@@ -18,6 +18,10 @@
  * What the host may ask of an acoustic source point (implemented by SourcePointDescriptor):
  * its placement per mounting, its DSP channel's switches and its measured directivity balloons.
  * Angles are degrees, frequencies Hz, positions metres.
+ *
+ * Geometry and switches are read-only once constructed. Balloon values may be asked only once
+ * the balloon data is loaded: before, they are 0; a direction outside the table throws
+ * std::out_of_range.
  */
 class SourcePointDescriptor_Interface
 {

@@ -22,6 +22,10 @@ struct CabinetShapeMonitor;
  *
  * Only static operations; no instance is ever needed. Every operation is a pure function of
  * its arguments and may be called from any thread.
+ *
+ * Parameters are millimetres and degrees; the outlines are metres in the cabinet frame. An
+ * unknown shape name logs "Unknown cabinetShape!" and gives no outlines; missing parameters
+ * read as 0.
  */
 class NVLPS_EXPORT CabinetShapeCreator : public QObject
 {

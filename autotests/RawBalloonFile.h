@@ -9,12 +9,13 @@
 #include <cmath>
 
 /**
- * Writes balloon data files for the tests, field by field through a little-endian QDataStream.
- * The header counts are written as given and need not match the value lists, so files can lie.
+ * Lays out balloon data files byte by byte for the reader's tests, field by field through a
+ * little-endian QDataStream. Unlike the library's BalloonFileWriter it checks nothing: the header
+ * counts are written as given and need not match the value lists, so files can lie.
  * Value lists hold raw values: bytes 0..255 for the byte-scaled format (2), doubles for the
  * double format (20); other format codes write nothing.
  */
-struct BalloonFileWriter {
+struct RawBalloonFile {
     qint32 frequencyCount = 0;
     qint32 nh = 0;
     qint32 nv = 0;
@@ -35,9 +36,9 @@ struct BalloonFileWriter {
     QList<double> phases;
 
     /// A consistent grid: counts from the arguments, value lists sized to match (zeros).
-    static BalloonFileWriter grid(QList<double> frequencies, qint32 nh, qint32 nv, double thetaStep, double phiStep)
+    static RawBalloonFile grid(QList<double> frequencies, qint32 nh, qint32 nv, double thetaStep, double phiStep)
     {
-        BalloonFileWriter w;
+        RawBalloonFile w;
         w.frequencyCount = qint32(frequencies.size());
         w.nh = nh;
         w.nv = nv;

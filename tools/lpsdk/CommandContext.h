@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Output.h"
+
+#include <QCommandLineParser>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+class PluginFolder;
+
+/**
+ * What a command gets: the parsed options, the words after the command name, the output layer
+ * and the plugin folder, which is loaded the first time a command asks for it.
+ */
+class CommandContext
+{
+public:
+    CommandContext(const QCommandLineParser &parser, QStringList arguments, Output &output, std::function<PluginFolder &()> plugins)
+        : parser(parser)
+        , arguments(std::move(arguments))
+        , output(output)
+        , m_plugins(std::move(plugins))
+    {
+    }
+
+    PluginFolder &plugins() const { return m_plugins(); }
+    /// The one name a command takes; a usage error when it is missing or followed by more words.
+    QString name() const;
+
+    const QCommandLineParser &parser;
+    const QStringList arguments;
+    Output &output;
+
+private:
+    std::function<PluginFolder &()> m_plugins;
+};
+
+/// A command ends with this: status 1 for a fault in the user's data, 2 for a usage error.
+struct CommandError
+{
+    int status;
+    QString message;
+};
+
+[[noreturn]] inline void usageError(const QString &message)
+{
+    throw CommandError{2, message};
+}
+
+[[noreturn]] inline void dataError(const QString &message)
+{
+    throw CommandError{1, message};
+}
+
+using Command = int (*)(const CommandContext &);
+
+int runList(const CommandContext &context);
+int runShow(const CommandContext &context);
+int runTransfer(const CommandContext &context);
+int runCoupling(const CommandContext &context);
+int runBalloon(const CommandContext &context);
+int runShape(const CommandContext &context);
+int runValidate(const CommandContext &context);
+int runBalloonPack(const CommandContext &context);

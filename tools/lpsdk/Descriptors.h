@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
+
+class Output;
+
+/// Look-ups and fields that several commands share.
+namespace Descriptors {
+/// The registered loudspeaker, or null.
+LoudspeakerDescriptor *findLoudspeaker(const QString &name);
+/// The registered rigging item, or null.
+RiggingHardwareDescriptor *findRigging(const QString &name);
+/// The loudspeaker, or a data error naming what is registered.
+LoudspeakerDescriptor *loudspeaker(const QString &name);
+/// Source point n of the loudspeaker, or a usage error naming the valid range.
+SourcePointDescriptor *sourcePoint(LoudspeakerDescriptor *loudspeaker, const QString &index);
+QString typeText(Tolvane::LoudspeakerTypeFlags type);
+void sizeField(Output &output, const Size &size);
+void pointField(Output &output, const QString &key, const QString &label, const Point &point);
+void outlineField(Output &output, const QString &key, const QString &label, const QList<Point> &points);
+/// The rigging item's views by key ("3D", "top", "side" and suffixed variants).
+QMap<QString, QList<Point>> riggingViews(RiggingHardwareDescriptor *rigging);
+} // namespace Descriptors

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+// lpsdk transfer: the transfer function of a controller setup, as a table, CSV, JSON or a plot.
+#include "Arguments.h"
+#include "CommandContext.h"
+#include "Descriptors.h"
+#include "PlotCanvas.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr int couplingLowSwitch = 4;
+constexpr int couplingMidSwitch = 5;
+
+// Switch settings from --switch n=value, checked against the setup's value lists. Coupling
+// switches left out sit at their 0 dB position rather than at position 0.
+QMap<int, int> switchSettings(const QStringList &texts, LoudspeakerSetup *setup)
+{
+    QStringList known;
+    for (int s = 1; s <= 5; ++s) {
+        if (!setup->GetSwitchValues(s).isEmpty())
+            known.append(QString::number(s));
+    }
+    QMap<int, int> settings;
+    for (const QString &text : texts) {
+        const QStringList parts = text.split(QLatin1Char('='));
+        if (parts.size() != 2)
+            usageError(QStringLiteral("--switch takes n=value, not \"%1\"").arg(text));
+        const int number = Arguments::wholeNumber(parts.at(0), QStringLiteral("a switch number"));
+        const QMap<int, QString> values = setup->GetSwitchValues(number);
+        if (values.isEmpty())
+            usageError(QStringLiteral("setup \"%1\" has no switch %2 (its switches: %3)").arg(setup->GetFullName()).arg(number).arg(known.join(QStringLiteral(", "))));
+        const int value = Arguments::wholeNumber(parts.at(1), QStringLiteral("a switch value"));
+        if (!values.contains(value)) {
+            QStringList accepted;
+            for (auto it = values.cbegin(); it != values.cend(); ++it)
+                accepted.append(QStringLiteral("%1 (%2)").arg(it.key()).arg(it.value().trimmed()));
+            usageError(QStringLiteral("switch %1 has no value %2 (accepted: %3)").arg(number).arg(value).arg(accepted.join(QStringLiteral(", "))));
+        }
+        settings.insert(number, value);
+    }
+    if (!settings.contains(couplingLowSwitch) && !setup->GetSwitchValues(couplingLowSwitch).isEmpty())
+        settings.insert(couplingLowSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
+    if (!settings.contains(couplingMidSwitch) && !setup->GetSwitchValues(couplingMidSwitch).isEmpty())
+        settings.insert(couplingMidSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
+    return settings;
+}
+
+QJsonValue rounded(double value, double scale)
+{
+    return Output::number(std::round(value * scale) / scale);
+}
+
+struct Curve
+{
+    QList<double> frequencies;
+    QList<double> levels;
+    QList<double> phases;
+};
+
+void plot(const QString &file, const QString &title, const Curve &curve, const QString &levelLabel)
+{
+    PlotCanvas canvas(file, QSize(1200, 900), title);
+    double low = curve.frequencies.value(0, 20.0);
+    if (low <= 0.0)
+        low = curve.frequencies.value(1, 20.0);
+    const double high = curve.frequencies.value(curve.frequencies.size() - 1, 20000.0);
+    double top = -1e9;
+    double bottom = 1e9;
+    for (double level : curve.levels) {
+        if (std::isfinite(level)) {
+            top = std::max(top, level);
+            bottom = std::min(bottom, level);
+        }
+    }
+    top = std::ceil(top / 6.0 + 0.5) * 6.0;
+    bottom = std::max(std::floor(bottom / 6.0) * 6.0, top - 60.0);
+    if (!(top > bottom))
+        bottom = top - 6.0;
+    const PlotCanvas::Axis frequency{low, high, true, QStringLiteral("frequency (Hz)")};
+    const PlotCanvas::Axis level{bottom, top, false, levelLabel, top - bottom > 30.0 ? 6.0 : 3.0};
+    const PlotCanvas::Axis phase{-180.0, 180.0, false, QStringLiteral("phase (degrees)"), 90.0};
+    const QRectF upper(110, 80, 1050, 420);
+    const QRectF lower(110, 570, 1050, 260);
+    canvas.drawAxes(upper, frequency, level);
+    canvas.drawAxes(lower, frequency, phase);
+
+    QPainter &p = canvas.painter();
+    p.save();
+    p.setClipRect(upper);
+    p.setPen(QPen(PlotCanvas::color(0), 2.5));
+    QPolygonF magnitude;
+    for (int i = 0; i < curve.frequencies.size(); ++i) {
+        if (curve.frequencies.at(i) > 0.0 && std::isfinite(curve.levels.at(i)))
+            magnitude.append(PlotCanvas::map(upper, frequency, level, curve.frequencies.at(i), curve.levels.at(i)));
+    }
+    p.drawPolyline(magnitude);
+    p.setClipRect(lower);
+    p.setPen(QPen(PlotCanvas::color(1), 2.0));
+    // Phase wraps at +-180 degrees: a jump of more than 180 starts a new piece of line.
+    QPolygonF piece;
+    for (int i = 0; i < curve.frequencies.size(); ++i) {
+        if (curve.frequencies.at(i) <= 0.0)
+            continue;
+        if (!piece.isEmpty() && std::abs(curve.phases.at(i) - curve.phases.at(i - 1)) > 180.0) {
+            p.drawPolyline(piece);
+            piece.clear();
+        }
+        piece.append(PlotCanvas::map(lower, frequency, phase, curve.frequencies.at(i), curve.phases.at(i)));
+    }
+    p.drawPolyline(piece);
+    p.restore();
+    canvas.drawLegend(QPointF(upper.right() - 8, upper.top() + 8), {{PlotCanvas::color(0), QStringLiteral("magnitude")}, {PlotCanvas::color(1), QStringLiteral("phase (lower chart)")}});
+    canvas.save();
+}
+
+} // namespace
+
+int runTransfer(const CommandContext &context)
+{
+    const QString name = context.name();
+    const QCommandLineParser &parser = context.parser;
+    const int sensitivityType = Arguments::wholeNumber(parser.value(QStringLiteral("sensitivity")), QStringLiteral("--sensitivity"));
+    if (sensitivityType < 0 || sensitivityType > 3)
+        usageError(QStringLiteral("--sensitivity must be 0 (none), 1 (measured), 2 (array EQ) or 3 (both), not %1").arg(sensitivityType));
+    const QString plotFile = parser.isSet(QStringLiteral("plot")) ? Arguments::pictureFile(parser.value(QStringLiteral("plot")), QStringLiteral("--plot")) : QString();
+    const Tolvane::Mounting mounting = Arguments::mounting(parser);
+    const auto sensitivity = static_cast<Tolvane::SensitivityTypes>(sensitivityType);
+    const Tolvane::FrequencyRange range = parser.isSet(QStringLiteral("linear")) ? Tolvane::LinearFrequencies : Tolvane::LogarithmicFrequencies;
+
+    context.plugins();
+    LoudspeakerDescriptor *loudspeaker = Descriptors::loudspeaker(name);
+    SourcePointDescriptor *sourcePoint = Descriptors::sourcePoint(loudspeaker, parser.value(QStringLiteral("source-point")));
+    DspChannelDescriptor *channel = sourcePoint->GetDspChannelDescriptor(sourcePoint->GetDefaultAmplifier());
+    if (!channel)
+        dataError(QStringLiteral("%1 has no DSP channel").arg(name));
+    const QMap<int, LoudspeakerSetup *> setups = channel->GetLoudspeakerSetups();
+    const int setupKey = parser.isSet(QStringLiteral("setup")) ? Arguments::wholeNumber(parser.value(QStringLiteral("setup")), QStringLiteral("--setup"))
+                                                               : channel->GetDefaultLoudspeakerSetupKey(mounting);
+    LoudspeakerSetup *setup = setups.value(setupKey);
+    if (!setup) {
+        QStringList keys;
+        for (int key : setups.keys())
+            keys.append(QString::number(key));
+        usageError(QStringLiteral("%1 has no controller setup %2 (its setups: %3)").arg(name).arg(setupKey).arg(keys.isEmpty() ? QStringLiteral("none") : keys.join(QStringLiteral(", "))));
+    }
+    const QMap<int, int> switches = switchSettings(parser.values(QStringLiteral("switch")), setup);
+    const bool apEq = parser.isSet(QStringLiteral("ap-eq"));
+    const bool inSpl = range == Tolvane::LogarithmicFrequencies && (sensitivity == Tolvane::Sensitivity || sensitivity == Tolvane::SensitivityWithArrayEq);
+
+    Output &out = context.output;
+    QStringList settings;
+    out.field(QStringLiteral("loudspeaker"), QString(), name);
+    out.field(QStringLiteral("setup"), QString(), setupKey);
+    out.field(QStringLiteral("setup_name"), QString(), setup->GetFullName());
+    out.beginList(QStringLiteral("switches"), QString(), {{QStringLiteral("number"), QString()}, {QStringLiteral("value"), QString()}, {QStringLiteral("label"), QString()}});
+    for (auto it = switches.cbegin(); it != switches.cend(); ++it) {
+        const QString label = setup->GetSwitchValues(it.key()).value(it.value()).trimmed();
+        settings.append(QStringLiteral("switch %1=%2 (%3)").arg(it.key()).arg(it.value()).arg(label));
+        if (out.mode() == Output::Json)
+            out.row({it.key(), it.value(), label});
+    }
+    out.endList();
+    const QString title = QStringLiteral("%1, setup %2 \"%3\"").arg(name).arg(setupKey).arg(setup->GetFullName());
+    if (out.mode() == Output::Text)
+        out.line(QStringLiteral("# ") + title + (settings.isEmpty() ? QString() : QStringLiteral(", ") + settings.join(QStringLiteral(", "))));
+    const QString levelKey = inSpl ? QStringLiteral("level_dB_SPL") : QStringLiteral("magnitude_dB");
+
+    Curve curve;
+    bool silent = false;
+    curve.frequencies = channel->GetFrequencyVector(range);
+    out.beginList(QStringLiteral("points"), QString(), {{QStringLiteral("frequency_Hz"), QStringLiteral("frequency_Hz")}, {levelKey, levelKey}, {QStringLiteral("phase_deg"), QStringLiteral("phase_deg")}});
+    for (int i = 0; i < curve.frequencies.size(); ++i) {
+        const Complex h = channel->GetTransferFunction(range, i, setupKey, switches, sensitivity, apEq);
+        curve.levels.append(20.0 * std::log10(h.abs() / (inSpl ? 2e-5 : 1.0)));
+        curve.phases.append(h.arg() * 180.0 / M_PI);
+        silent = silent || !std::isfinite(curve.levels.last());
+        out.row({rounded(curve.frequencies.at(i), 100.0), rounded(curve.levels.last(), 1000.0), rounded(curve.phases.last(), 100.0)});
+    }
+    out.endList();
+    if (silent)
+        out.field(QStringLiteral("null_level_reason"), QStringLiteral("note"), QStringLiteral("a level is null (\"-\") where the magnitude is zero"));
+    if (!plotFile.isEmpty())
+        plot(plotFile, title + (settings.isEmpty() ? QString() : QStringLiteral("\n") + settings.join(QStringLiteral(", "))), curve, inSpl ? QStringLiteral("level (dB SPL)") : QStringLiteral("magnitude (dB)"));
+    return 0;
+}
