@@ -47,6 +47,11 @@ private Q_SLOTS:
         QFETCH(int, mounting);
         QFETCH(QString, text);
         QCOMPARE(LoudspeakerDescriptor::ConvertMountingToString(static_cast<Tolvane::Mounting>(mounting)), text);
+        // Reading the text back gives the mounting; the out-of-range rows have no text and parse to nothing.
+        bool ok = false;
+        const Tolvane::Mounting parsed = LoudspeakerDescriptor::ConvertStringToMounting(text, &ok);
+        QCOMPARE(ok, !text.isEmpty());
+        QCOMPARE(int(parsed), ok ? mounting : int(Tolvane::Invalid));
     }
 
     void descriptorsCastByClassNameAndInterfaceId_data()

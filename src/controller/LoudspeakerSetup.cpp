@@ -41,30 +41,7 @@ LoudspeakerSetup::~LoudspeakerSetup() = default;
 bool LoudspeakerSetup::Read(const QString &path)
 {
     LoudspeakerSetupReader(*this).Read(path);
-    BuildGridTable(m_logResponses, m_logTable);
-    BuildGridTable(m_linearResponses, m_linearTable);
     return true;
-}
-
-void LoudspeakerSetup::BuildGridTable(const QMap<QString, QList<Complex>> &responses, GridTable &table)
-{
-    // A query for switch s at value w reads the response named "Switch<s>_<w>" with w in
-    // plain decimal; only names spelt that way can ever be found, so only those are kept.
-    for (int s = 1; s <= 3; ++s) {
-        const QString prefix = QStringLiteral("Switch%1_").arg(s);
-        std::vector<std::pair<int, QList<Complex>>> &list = table.switchResponses[s - 1];
-        list.clear();
-        for (auto it = responses.lowerBound(prefix); it != responses.cend() && it.key().startsWith(prefix); ++it) {
-            const QString number = it.key().mid(prefix.size());
-            bool ok = false;
-            const int value = number.toInt(&ok);
-            if (ok && QString::number(value) == number)
-                list.emplace_back(value, it.value());
-        }
-    }
-    table.systemEq = responses.value(SetupKeys::SystemEq);
-    table.arrayEq = responses.value(SetupKeys::ArrayEq);
-    table.apEq = responses.value(SetupKeys::ApEq);
 }
 
 int LoudspeakerSetup::GetMaxLink(QString amp)
@@ -125,8 +102,8 @@ Complex LoudspeakerSetup::GetTransferFunction(Tolvane::FrequencyRange range, int
     const GridTable &table = logarithmic ? m_logTable : m_linearTable;
     const double f = grid.at(frequencyIndex);
 
-    int w[6] = {0, 0, 0, 0, 0, 0};
-    for (auto it = switches.cbegin(); it != switches.cend() && it.key() <= 5; ++it) {
+    int w[Vocabulary::MidCouplingSwitch + 1] = {};
+    for (auto it = switches.cbegin(); it != switches.cend() && it.key() <= Vocabulary::MidCouplingSwitch; ++it) {
         if (it.key() >= 1)
             w[it.key()] = it.value();
     }
@@ -134,8 +111,8 @@ Complex LoudspeakerSetup::GetTransferFunction(Tolvane::FrequencyRange range, int
     Complex h = SwitchFactor(table.switchResponses[0], w[1], frequencyIndex);
     h *= SwitchFactor(table.switchResponses[1], w[2], frequencyIndex);
     h *= SwitchFactor(table.switchResponses[2], w[3], frequencyIndex);
-    if (w[4] > 0 || w[5] > 0)
-        h *= m_couplingFilters->CalculateCouplingResponse(w[4], w[5], f);
+    if (w[Vocabulary::LowCouplingSwitch] > 0 || w[Vocabulary::MidCouplingSwitch] > 0)
+        h *= m_couplingFilters->CalculateCouplingResponse(w[Vocabulary::LowCouplingSwitch], w[Vocabulary::MidCouplingSwitch], f);
     h *= At(table.systemEq, frequencyIndex);
     h *= m_signedGain;
     h *= Complex::fromPolar(1.0, -6.283185307179586 * f * m_delay);

@@ -131,7 +131,7 @@ public:
     const std::vector<float> &getMaxPk() const override;
 
 private:
-    /// What a query needs from one grid, resolved once after reading.
+    /// What a query needs from one grid, filled while reading.
     struct GridTable
     {
         std::vector<std::pair<int, QList<Complex>>> switchResponses[3];
@@ -142,7 +142,6 @@ private:
 
     friend class LoudspeakerSetupReader; // fills the members below
 
-    static void BuildGridTable(const QMap<QString, QList<Complex>> &responses, GridTable &table);
     Complex SensitivityAt(int frequencyIndex) const;
 
     QString m_name;

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace {
 
@@ -86,6 +87,14 @@ bool ReadSwitchBlock(const QVariantMap &switches, int number, Parameters &parame
     return true;
 }
 
+// The number a key spells in plain decimal; "01", "+1" or " 1" name no value a query can ask for.
+std::optional<int> PlainNumber(QStringView text)
+{
+    bool ok = false;
+    const int number = text.toInt(&ok);
+    return ok && QString::number(number) == text ? std::optional<int>(number) : std::nullopt;
+}
+
 // Coupling labels get a leading blank when not negative so that they align with "-1.5".
 QString CouplingLabel(double value)
 {
@@ -144,7 +153,7 @@ void LoudspeakerSetupReader::Read(const QString &path)
 
     const QVariantMap filters = map.value(QStringLiteral("filters")).toMap();
     for (auto it = filters.cbegin(); it != filters.cend(); ++it)
-        AddResponses(it.key(), it.value().toList());
+        AddNamedResponses(it.key(), it.value().toList());
 
     s.m_fileName = QFileInfo(path).fileName();
     nvScientificComputing::SystemEq &systemEq = s.m_systemEq;
@@ -156,16 +165,44 @@ void LoudspeakerSetupReader::Read(const QString &path)
     ReadThermoLimiter(map.value(QStringLiteral("thermoLimiter")).toMap());
 }
 
-void LoudspeakerSetupReader::AddResponses(const QString &name, const QVariantList &filters)
+void LoudspeakerSetupReader::AddResponses(const QString &name, const QVariantList &filters, int switchNumber, std::optional<int> value)
 {
-    m_setup.m_logResponses.insert(name, CalculateFilterListResponse(m_setup.m_logFrequencies, filters));
-    m_setup.m_linearResponses.insert(name, CalculateFilterListResponse(m_setup.m_linearFrequencies, filters));
+    for (const bool logarithmic : {true, false}) {
+        const QList<Complex> response = CalculateFilterListResponse(logarithmic ? m_setup.m_logFrequencies : m_setup.m_linearFrequencies, filters);
+        (logarithmic ? m_setup.m_logResponses : m_setup.m_linearResponses).insert(name, response);
+        LoudspeakerSetup::GridTable &table = logarithmic ? m_setup.m_logTable : m_setup.m_linearTable;
+        if (switchNumber >= 1 && switchNumber <= 3 && value) {
+            auto &responses = table.switchResponses[switchNumber - 1];
+            const auto held = std::find_if(responses.begin(), responses.end(), [&](const auto &entry) { return entry.first == *value; });
+            if (held != responses.end())
+                held->second = response;
+            else
+                responses.emplace_back(*value, response);
+        } else if (name == SetupKeys::SystemEq) {
+            table.systemEq = response;
+        } else if (name == SetupKeys::ArrayEq) {
+            table.arrayEq = response;
+        } else if (name == SetupKeys::ApEq) {
+            table.apEq = response;
+        }
+    }
+}
+
+void LoudspeakerSetupReader::AddNamedResponses(const QString &name, const QVariantList &filters)
+{
+    // Named sets share the switches' name space: one spelt "Switch<n>_<v>" answers queries for that switch value.
+    const qsizetype separator = name.indexOf(QLatin1Char('_'));
+    if (!name.startsWith(QLatin1String("Switch")) || separator < 0)
+        return AddResponses(name, filters);
+    AddResponses(name, filters, PlainNumber(QStringView(name).mid(6, separator - 6)).value_or(0),
+                 PlainNumber(QStringView(name).mid(separator + 1)));
 }
 
 void LoudspeakerSetupReader::ReadSwitches(const QVariantMap &switches)
 {
     for (auto it = switches.cbegin(); it != switches.cend(); ++it) {
         const int number = it.key().toInt();
+        const int plainNumber = PlainNumber(it.key()).value_or(0);
         const QVariantMap entry = it.value().toMap();
         m_setup.m_switchDescriptions.insert(number, entry.value(QStringLiteral("description")).toString());
         m_setup.m_switchValues.insert(number, ToNumberedTexts(entry.value(QStringLiteral("values"))));
@@ -179,8 +216,8 @@ void LoudspeakerSetupReader::ReadSwitches(const QVariantMap &switches)
             const double gain = gains.value(value.key()).toDouble();
             if (gain != 0.0)
                 list.append(QVariantMap {{QStringLiteral("type"), 0}, {QStringLiteral("G"), gain}});
-            // The key keeps the file's spelling of both numbers; the responses are public by these names.
-            AddResponses(QLatin1String("Switch") + it.key() + QLatin1Char('_') + value.key(), list);
+            // The public name keeps the file's spelling; queries ask by number, so only plain decimal reaches them.
+            AddResponses(QLatin1String("Switch") + it.key() + QLatin1Char('_') + value.key(), list, plainNumber, PlainNumber(value.key()));
         }
     }
 }

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <optional>
+
 class LoudspeakerSetup;
 
 /// Names of the top-level filter sets the queries use besides the switch responses.
@@ -32,7 +34,10 @@ private:
     void ReadSwitchParameters(const QVariantMap &switches);
     void ReadPeakLimiter(const QVariantMap &peakLimiter);
     void ReadThermoLimiter(const QVariantMap &thermoLimiter);
-    void AddResponses(const QString &name, const QVariantList &filters);
+    /// Stores a response on both grids under its public name and, where a query reads it, in the grid tables:
+    /// value `value` of switch `switchNumber` (1 to 3), or the named set the queries use.
+    void AddResponses(const QString &name, const QVariantList &filters, int switchNumber = 0, std::optional<int> value = {});
+    void AddNamedResponses(const QString &name, const QVariantList &filters);
 
     LoudspeakerSetup &m_setup;
 };

@@ -61,19 +61,9 @@ LoudspeakerSetup *DspChannelDescriptor::Setup(int setupKey) const
     return m_setups.value(setupKey, nullptr);
 }
 
-QString DspChannelDescriptor::GetName()
-{
-    return m_name;
-}
-
 int DspChannelDescriptor::GetDefaultLoudspeakerSetupKey(Tolvane::Mounting mounting) const
 {
     return m_defaultSetups.value(mounting, 0);
-}
-
-QMap<int, LoudspeakerSetup *> DspChannelDescriptor::GetLoudspeakerSetups()
-{
-    return m_setups;
 }
 
 QList<int> DspChannelDescriptor::GetSpeakerIds()

@@ -34,9 +34,9 @@ public:
     DspChannelDescriptor(const QVariantMap &map, QObject *parent);
     ~DspChannelDescriptor() override;
 
-    QString GetName() override;
+    QString GetName() override { return m_name; }
     int GetDefaultLoudspeakerSetupKey(Tolvane::Mounting mounting) const override;
-    QMap<int, LoudspeakerSetup *> GetLoudspeakerSetups();
+    QMap<int, LoudspeakerSetup *> GetLoudspeakerSetups() { return m_setups; }
     QList<int> GetSpeakerIds() override;
     QList<double> GetFrequencyVector(Tolvane::FrequencyRange range) override;
 

@@ -150,129 +150,14 @@ bool LoudspeakerDescriptor::CreateShape(const QMap<QString, QVariant> &cabinet)
     return true;
 }
 
-QString LoudspeakerDescriptor::GetName()
-{
-    return m_name;
-}
-
 LoudspeakerSeries_Interface *LoudspeakerDescriptor::GetLoudspeakerSeries() const
 {
     return qobject_cast<LoudspeakerSeries_Interface *>(parent());
 }
 
-QString LoudspeakerDescriptor::GetDisplayName()
-{
-    return m_displayName;
-}
-
 QString LoudspeakerDescriptor::GetPartNumber(bool withAppendix)
 {
     return withAppendix ? m_partNumber + m_partNumberAppendix : m_partNumber;
-}
-
-bool LoudspeakerDescriptor::IsDataApproved() const
-{
-    return m_dataApproved;
-}
-
-Tolvane::LoudspeakerTypeFlags LoudspeakerDescriptor::GetType()
-{
-    return m_type;
-}
-
-double LoudspeakerDescriptor::GetWeight() const
-{
-    return m_weight;
-}
-
-Size LoudspeakerDescriptor::GetSize()
-{
-    return m_size;
-}
-
-QString LoudspeakerDescriptor::GetCabinetShape()
-{
-    return m_cabinetShape;
-}
-
-double LoudspeakerDescriptor::GetTrapAngle() const
-{
-    return m_trapAngle;
-}
-
-double LoudspeakerDescriptor::GetNominalDispersionHor() const
-{
-    return m_nominalDispersionHorizontal;
-}
-
-double LoudspeakerDescriptor::GetNominalDispersionVer() const
-{
-    return m_nominalDispersionVertical;
-}
-
-double LoudspeakerDescriptor::GetFrontEdgeOffset() const
-{
-    return m_frontEdgeOffset;
-}
-
-double LoudspeakerDescriptor::GetRearEdgeOffset() const
-{
-    return m_rearEdgeOffset;
-}
-
-bool LoudspeakerDescriptor::CanBeUsedInMainArrays() const
-{
-    return m_canBeUsedInMainArrays;
-}
-
-bool LoudspeakerDescriptor::CanBeUsedInSubArrays() const
-{
-    return m_canBeUsedInSubArrays;
-}
-
-bool LoudspeakerDescriptor::GetShowBeam() const
-{
-    return m_showBeam;
-}
-
-bool LoudspeakerDescriptor::HasAlternateDispersionMode() const
-{
-    return m_hasAlternateDispersionMode;
-}
-
-bool LoudspeakerDescriptor::HasFixedCabinetsPerSubArrayPosition() const
-{
-    return m_hasFixedCabinetsPerSubArrayPosition;
-}
-
-bool LoudspeakerDescriptor::HasTriangulated3dView() const
-{
-    return m_hasTriangulated3dView;
-}
-
-int LoudspeakerDescriptor::GetDefaultCabinetsPerSubArrayPosition() const
-{
-    return m_defaultCabinetsPerSubArrayPosition;
-}
-
-int LoudspeakerDescriptor::GetDefaultCabinetsPerMixedSubArrayPosition() const
-{
-    return m_defaultCabinetsPerMixedSubArrayPosition;
-}
-
-Tolvane::MixedSubArrayFilterMode LoudspeakerDescriptor::GetMixedSubArrayFilterMode()
-{
-    return m_mixedSubArrayFilterMode;
-}
-
-QMap<QString, QVariant> LoudspeakerDescriptor::GetSplayAngles()
-{
-    return m_splayAngles;
-}
-
-QVariant LoudspeakerDescriptor::GetFrontMechanicalConnectionPointDescriptor()
-{
-    return m_frontLink;
 }
 
 QList<Point> LoudspeakerDescriptor::Get3dView(Tolvane::Mounting mounting)
@@ -370,11 +255,6 @@ QMap<Tolvane::MechanicalConnectionPoint, Point> LoudspeakerDescriptor::GetMechan
     return points;
 }
 
-QList<SourcePointDescriptor *> LoudspeakerDescriptor::GetSourcePointDescriptors()
-{
-    return m_sourcePoints;
-}
-
 SourcePointDescriptor *LoudspeakerDescriptor::FirstSourcePoint() const
 {
     return m_sourcePoints.value(0, nullptr);
@@ -433,12 +313,12 @@ QList<int> LoudspeakerDescriptor::GetSpeakerIds()
     return ids;
 }
 
-Point LoudspeakerDescriptor::GetDefaultCenter() const
-{
-    return m_defaultCenter;
-}
-
 QString LoudspeakerDescriptor::ConvertMountingToString(Tolvane::Mounting mounting)
 {
     return Vocabulary::mountingText(mounting);
+}
+
+Tolvane::Mounting LoudspeakerDescriptor::ConvertStringToMounting(const QString &text, bool *ok)
+{
+    return Vocabulary::parseMounting(text, ok);
 }

@@ -33,31 +33,31 @@ public:
     explicit LoudspeakerDescriptor(const QString &filePath, QObject *parent = nullptr);
     ~LoudspeakerDescriptor() override;
 
-    QString GetName() override;
+    QString GetName() override { return m_name; }
     LoudspeakerSeries_Interface *GetLoudspeakerSeries() const override;
-    QString GetDisplayName() override;
+    QString GetDisplayName() override { return m_displayName; }
     QString GetPartNumber(bool withAppendix) override;
-    bool IsDataApproved() const override;
-    Tolvane::LoudspeakerTypeFlags GetType() override;
-    double GetWeight() const override;
-    Size GetSize() override;
-    QString GetCabinetShape() override;
-    double GetTrapAngle() const override;
-    double GetNominalDispersionHor() const override;
-    double GetNominalDispersionVer() const override;
-    double GetFrontEdgeOffset() const override;
-    double GetRearEdgeOffset() const override;
-    bool CanBeUsedInMainArrays() const override;
-    bool CanBeUsedInSubArrays() const override;
-    bool GetShowBeam() const override;
-    bool HasAlternateDispersionMode() const override;
-    bool HasFixedCabinetsPerSubArrayPosition() const override;
-    bool HasTriangulated3dView() const override;
-    int GetDefaultCabinetsPerSubArrayPosition() const override;
-    int GetDefaultCabinetsPerMixedSubArrayPosition() const override;
-    Tolvane::MixedSubArrayFilterMode GetMixedSubArrayFilterMode() override;
-    QMap<QString, QVariant> GetSplayAngles() override;
-    QVariant GetFrontMechanicalConnectionPointDescriptor() override;
+    bool IsDataApproved() const override { return m_dataApproved; }
+    Tolvane::LoudspeakerTypeFlags GetType() override { return m_type; }
+    double GetWeight() const override { return m_weight; }
+    Size GetSize() override { return m_size; }
+    QString GetCabinetShape() override { return m_cabinetShape; }
+    double GetTrapAngle() const override { return m_trapAngle; }
+    double GetNominalDispersionHor() const override { return m_nominalDispersionHorizontal; }
+    double GetNominalDispersionVer() const override { return m_nominalDispersionVertical; }
+    double GetFrontEdgeOffset() const override { return m_frontEdgeOffset; }
+    double GetRearEdgeOffset() const override { return m_rearEdgeOffset; }
+    bool CanBeUsedInMainArrays() const override { return m_canBeUsedInMainArrays; }
+    bool CanBeUsedInSubArrays() const override { return m_canBeUsedInSubArrays; }
+    bool GetShowBeam() const override { return m_showBeam; }
+    bool HasAlternateDispersionMode() const override { return m_hasAlternateDispersionMode; }
+    bool HasFixedCabinetsPerSubArrayPosition() const override { return m_hasFixedCabinetsPerSubArrayPosition; }
+    bool HasTriangulated3dView() const override { return m_hasTriangulated3dView; }
+    int GetDefaultCabinetsPerSubArrayPosition() const override { return m_defaultCabinetsPerSubArrayPosition; }
+    int GetDefaultCabinetsPerMixedSubArrayPosition() const override { return m_defaultCabinetsPerMixedSubArrayPosition; }
+    Tolvane::MixedSubArrayFilterMode GetMixedSubArrayFilterMode() override { return m_mixedSubArrayFilterMode; }
+    QMap<QString, QVariant> GetSplayAngles() override { return m_splayAngles; }
+    QVariant GetFrontMechanicalConnectionPointDescriptor() override { return m_frontLink; }
 
     QList<Point> Get3dView(Tolvane::Mounting mounting) override;
     QList<Point> GetSideView(Tolvane::Mounting mounting) override;
@@ -89,7 +89,7 @@ public:
      */
     QMap<Tolvane::MechanicalConnectionPoint, Point> GetMechanicalConnectionPoints(double previousSplayAngle, double nextSplayAngle) override;
 
-    QList<SourcePointDescriptor *> GetSourcePointDescriptors() override;
+    QList<SourcePointDescriptor *> GetSourcePointDescriptors() override { return m_sourcePoints; }
     QString GetDefaultAmplifier() override;
     int GetDefaultChannelCount() override;
     QString GetSwitchDescription(int switchId, Tolvane::Mounting mounting) override;
@@ -101,10 +101,12 @@ public:
      * The centre given to source points that bring none: mid-height of the front face,
      * (0, 0, -height / 2); for a "Monitor" cabinet (-depth / 2, 0, 7/12 of the height).
      */
-    Point GetDefaultCenter() const;
+    Point GetDefaultCenter() const { return m_defaultCenter; }
 
     /// The text of a mounting ("flown", "stacked", …; "invalid" for -1, empty for unknown values).
     static QString ConvertMountingToString(Tolvane::Mounting mounting);
+    /// The mounting a text names, the inverse of ConvertMountingToString(); Invalid, with *ok false, for other texts.
+    static Tolvane::Mounting ConvertStringToMounting(const QString &text, bool *ok = nullptr);
 
 private:
     /// The first source point, or null without any; the list holds only points this descriptor created.

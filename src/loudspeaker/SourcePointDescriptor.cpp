@@ -286,11 +286,6 @@ bool SourcePointDescriptor::IsBalloonDataLoaded() const
     return m_balloonDataLoaded.load(std::memory_order_acquire);
 }
 
-QString SourcePointDescriptor::GetName()
-{
-    return m_name;
-}
-
 void SourcePointDescriptor::SetName(const QString &name)
 {
     m_name = name;
@@ -319,11 +314,6 @@ QList<double> SourcePointDescriptor::GetVerticalAngles(Tolvane::Mounting mountin
 QList<double> SourcePointDescriptor::GetNormalAngles(Tolvane::Mounting mounting)
 {
     return valueForMounting(m_normalAngles, mounting);
-}
-
-QMap<QString, Point> SourcePointDescriptor::GetCenterMap() const
-{
-    return m_centers;
 }
 
 void SourcePointDescriptor::SetCenterMap(const QMap<QString, Point> &centers)
@@ -358,44 +348,9 @@ QMap<int, QString> SourcePointDescriptor::GetSwitchValues(int switchId, Tolvane:
                    : QMap<int, QString>();
 }
 
-int SourcePointDescriptor::GetNH() const
-{
-    return m_nh;
-}
-
-int SourcePointDescriptor::GetNV() const
-{
-    return m_nv;
-}
-
-double SourcePointDescriptor::GetThetaStepWidth() const
-{
-    return m_thetaStepWidth;
-}
-
-double SourcePointDescriptor::GetPhiStepWidth() const
-{
-    return m_phiStepWidth;
-}
-
 Tolvane::LoudspeakerSymmetry SourcePointDescriptor::GetSymmetry()
 {
     return static_cast<Tolvane::LoudspeakerSymmetry>(m_symmetryValue);
-}
-
-bool SourcePointDescriptor::HasFlushMountAttenuation() const
-{
-    return m_flushMountAttenuation;
-}
-
-QList<double> SourcePointDescriptor::GetFrequencyVector()
-{
-    return m_frequencies;
-}
-
-bool SourcePointDescriptor::HasBalloonFiles() const
-{
-    return m_hasBalloonFiles;
 }
 
 QString SourcePointDescriptor::GetBalloonDataKey(double value)

@@ -53,7 +53,7 @@ public:
     void ReadBalloonData(ReadBalloonDataMode mode) override;
     bool IsBalloonDataLoaded() const override;
 
-    QString GetName() override;
+    QString GetName() override { return m_name; }
     void SetName(const QString &name) override;
     QString GetDefaultAmplifier() override;
 
@@ -61,7 +61,7 @@ public:
     Point GetCenter(Tolvane::Mounting mounting) override;
     QList<double> GetVerticalAngles(Tolvane::Mounting mounting) override;
     QList<double> GetNormalAngles(Tolvane::Mounting mounting) override;
-    QMap<QString, Point> GetCenterMap() const;
+    QMap<QString, Point> GetCenterMap() const { return m_centers; }
     void SetCenterMap(const QMap<QString, Point> &centers);
 
     /// The channel of `amplifier`, else the "D80" channel, else null.
@@ -71,15 +71,15 @@ public:
     QString GetSwitchDescription(int switchId, Tolvane::Mounting mounting) override;
     QMap<int, QString> GetSwitchValues(int switchId, Tolvane::Mounting mounting) override;
 
-    int GetNH() const override;
-    int GetNV() const override;
-    double GetThetaStepWidth() const override;
-    double GetPhiStepWidth() const override;
+    int GetNH() const override { return m_nh; }
+    int GetNV() const override { return m_nv; }
+    double GetThetaStepWidth() const override { return m_thetaStepWidth; }
+    double GetPhiStepWidth() const override { return m_phiStepWidth; }
     Tolvane::LoudspeakerSymmetry GetSymmetry() override;
-    bool HasFlushMountAttenuation() const override;
-    QList<double> GetFrequencyVector() override;
+    bool HasFlushMountAttenuation() const override { return m_flushMountAttenuation; }
+    QList<double> GetFrequencyVector() override { return m_frequencies; }
     /// True when Read() found at least one listed balloon file that exists and is not empty.
-    bool HasBalloonFiles() const;
+    bool HasBalloonFiles() const { return m_hasBalloonFiles; }
 
     QString GetBalloonDataKey(double value) override;
     QString GetBalloonDataFilename(const QString &key) override;

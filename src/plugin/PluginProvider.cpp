@@ -159,11 +159,6 @@ void PluginProvider::Clear()
     m_balloonDataReadMode = SourcePointDescriptor_Interface::Asynchronous;
 }
 
-SourcePointDescriptor_Interface::ReadBalloonDataMode PluginProvider::GetBalloonDataReadMode() const
-{
-    return m_balloonDataReadMode;
-}
-
 void PluginProvider::SetBalloonDataReadMode(SourcePointDescriptor_Interface::ReadBalloonDataMode mode)
 {
     m_balloonDataReadMode = mode;

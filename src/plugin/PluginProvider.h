@@ -69,7 +69,7 @@ public:
     void Clear();
 
     /// The balloon read mode kept for the host; the SDK only stores it. Starts as Asynchronous.
-    SourcePointDescriptor_Interface::ReadBalloonDataMode GetBalloonDataReadMode() const;
+    SourcePointDescriptor_Interface::ReadBalloonDataMode GetBalloonDataReadMode() const { return m_balloonDataReadMode; }
     void SetBalloonDataReadMode(SourcePointDescriptor_Interface::ReadBalloonDataMode mode);
 
     /// Generic plugin name to platform file name; the identity on this platform.

@@ -297,56 +297,6 @@ void RiggingHardwareDescriptor::ExtractViewKeys(const QMap<QString, QList<Point>
     pick(keyTop, ShapeGeometry::ViewTop);
 }
 
-bool RiggingHardwareDescriptor::IsDataApproved() const
-{
-    return m_dataApproved;
-}
-
-QString RiggingHardwareDescriptor::GetName()
-{
-    return m_name;
-}
-
-QVariant RiggingHardwareDescriptor::GetPickPointsMap()
-{
-    return m_pickPoints;
-}
-
-double RiggingHardwareDescriptor::GetShackleHeight() const
-{
-    return m_shackleHeight;
-}
-
-double RiggingHardwareDescriptor::GetPickpointDistance() const
-{
-    return m_pickpointDistance;
-}
-
-double RiggingHardwareDescriptor::GetLoadAdapterXPinholes() const
-{
-    return m_loadAdapterXPinholes;
-}
-
-double RiggingHardwareDescriptor::GetLoadAdapterResolution() const
-{
-    return m_loadAdapterResolution;
-}
-
-double RiggingHardwareDescriptor::GetWeight() const
-{
-    return m_weight;
-}
-
-Size RiggingHardwareDescriptor::GetSize()
-{
-    return m_size;
-}
-
-Size RiggingHardwareDescriptor::GetOutriggersBoundaryMaxSize()
-{
-    return m_outriggersBoundaryMaxSize;
-}
-
 Point RiggingHardwareDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)
 {
     return firstHeld(m_mountingPoints,
@@ -377,11 +327,6 @@ Point RiggingHardwareDescriptor::GetCenterOfGravity()
 QVariant RiggingHardwareDescriptor::GetCenterOfGravityMap()
 {
     return QVariant::fromValue(m_centerOfGravity);
-}
-
-Point RiggingHardwareDescriptor::GetShackleHoleOffset()
-{
-    return m_shackleHoleOffset;
 }
 
 QMap<Tolvane::MechanicalConnectionPoint, Point> RiggingHardwareDescriptor::GetMechanicalConnectionPoints(Tolvane::Mounting mounting, const QString &name)
@@ -425,21 +370,6 @@ QString RiggingHardwareDescriptor::GetPartNumber(bool withAppendix)
     return withAppendix ? m_partNumber + m_partNumberAppendix : m_partNumber;
 }
 
-QString RiggingHardwareDescriptor::GetDisplayName()
-{
-    return m_displayName;
-}
-
-QVariant RiggingHardwareDescriptor::GetFrontMechanicalConnectionPointDescriptor()
-{
-    return m_frontLink;
-}
-
-bool RiggingHardwareDescriptor::GetAutomaticMountingDirectionCalculation() const
-{
-    return m_automaticMountingDirectionCalculation;
-}
-
 QString RiggingHardwareDescriptor::GetMountingDirection(int pickPoint)
 {
     const QString singlePickPoint = QStringLiteral("singlePickPoint");
@@ -456,59 +386,9 @@ QString RiggingHardwareDescriptor::GetMountingDirection(int pickPoint)
     return QString();
 }
 
-QVariant RiggingHardwareDescriptor::GetLoadBeamTypesMap()
-{
-    return m_loadBeamTypes;
-}
-
-QVariant RiggingHardwareDescriptor::GetCompressionSetMap()
-{
-    return m_compressionSet;
-}
-
-bool RiggingHardwareDescriptor::CanUseArraySight() const
-{
-    return m_canUseArraySight;
-}
-
-double RiggingHardwareDescriptor::GetMinimumTiltAngle() const
-{
-    return m_minimumTiltAngle;
-}
-
-double RiggingHardwareDescriptor::GetMaximumTiltAngle() const
-{
-    return m_maximumTiltAngle;
-}
-
-double RiggingHardwareDescriptor::GetTiltAngleStepWidth() const
-{
-    return m_tiltAngleStepWidth;
-}
-
-bool RiggingHardwareDescriptor::HasTriangulated3dView() const
-{
-    return m_triangulated3dView;
-}
-
-double RiggingHardwareDescriptor::GetMaximumLoad() const
-{
-    return m_maximumLoad;
-}
-
 bool RiggingHardwareDescriptor::HasLoadBeam() const
 {
     return !m_loadBeamTypes.isEmpty();
-}
-
-QString RiggingHardwareDescriptor::GetLoadBeamCategoryDisplayName()
-{
-    return m_loadBeamCategoryDisplayName;
-}
-
-double RiggingHardwareDescriptor::GetMaximumLoadSinglePickpoint() const
-{
-    return m_maximumLoadSinglePickpoint;
 }
 
 double RiggingHardwareDescriptor::GetLoadBeamFrontOffset(const QString &loadBeamType, const QString &position) const

@@ -55,42 +55,42 @@ public:
     explicit RiggingHardwareDescriptor(const QString &filePath, QObject *parent = nullptr);
     ~RiggingHardwareDescriptor() override;
 
-    bool IsDataApproved() const override;
-    QString GetName() override;
-    QVariant GetPickPointsMap() override;
-    double GetShackleHeight() const override;
-    double GetPickpointDistance() const override;
-    double GetLoadAdapterXPinholes() const override;
-    double GetLoadAdapterResolution() const override;
-    double GetWeight() const override;
-    Size GetSize() override;
-    Size GetOutriggersBoundaryMaxSize() override;
+    bool IsDataApproved() const override { return m_dataApproved; }
+    QString GetName() override { return m_name; }
+    QVariant GetPickPointsMap() override { return m_pickPoints; }
+    double GetShackleHeight() const override { return m_shackleHeight; }
+    double GetPickpointDistance() const override { return m_pickpointDistance; }
+    double GetLoadAdapterXPinholes() const override { return m_loadAdapterXPinholes; }
+    double GetLoadAdapterResolution() const override { return m_loadAdapterResolution; }
+    double GetWeight() const override { return m_weight; }
+    Size GetSize() override { return m_size; }
+    Size GetOutriggersBoundaryMaxSize() override { return m_outriggersBoundaryMaxSize; }
     Point GetMountingPoint(Tolvane::Mounting mounting, const QString &name) override;
     QVariant GetCompressionPullPointMap() override;
     Point GetCenterOfGravity() override;
     QVariant GetCenterOfGravityMap() override;
-    Point GetShackleHoleOffset() override;
+    Point GetShackleHoleOffset() override { return m_shackleHoleOffset; }
     QMap<Tolvane::MechanicalConnectionPoint, Point> GetMechanicalConnectionPoints(Tolvane::Mounting mounting, const QString &name) override;
     Point GetConnectionPoint(Tolvane::Mounting mounting, const QString &name) override;
     Point GetConnectionPointOffset(double value) override;
     QVariant GetViews() override;
     QString GetPartNumber(bool withAppendix) override;
-    QString GetDisplayName() override;
-    QVariant GetFrontMechanicalConnectionPointDescriptor() override;
-    bool GetAutomaticMountingDirectionCalculation() const override;
+    QString GetDisplayName() override { return m_displayName; }
+    QVariant GetFrontMechanicalConnectionPointDescriptor() override { return m_frontLink; }
+    bool GetAutomaticMountingDirectionCalculation() const override { return m_automaticMountingDirectionCalculation; }
     QString GetMountingDirection(int pickPoint) override;
-    QVariant GetLoadBeamTypesMap() override;
-    QVariant GetCompressionSetMap() override;
-    bool CanUseArraySight() const override;
-    double GetMinimumTiltAngle() const override;
-    double GetMaximumTiltAngle() const override;
-    double GetTiltAngleStepWidth() const override;
-    bool HasTriangulated3dView() const override;
-    double GetMaximumLoad() const override;
+    QVariant GetLoadBeamTypesMap() override { return m_loadBeamTypes; }
+    QVariant GetCompressionSetMap() override { return m_compressionSet; }
+    bool CanUseArraySight() const override { return m_canUseArraySight; }
+    double GetMinimumTiltAngle() const override { return m_minimumTiltAngle; }
+    double GetMaximumTiltAngle() const override { return m_maximumTiltAngle; }
+    double GetTiltAngleStepWidth() const override { return m_tiltAngleStepWidth; }
+    bool HasTriangulated3dView() const override { return m_triangulated3dView; }
+    double GetMaximumLoad() const override { return m_maximumLoad; }
     bool HasLoadBeam() const override;
 
-    QString GetLoadBeamCategoryDisplayName();
-    double GetMaximumLoadSinglePickpoint() const;
+    QString GetLoadBeamCategoryDisplayName() { return m_loadBeamCategoryDisplayName; }
+    double GetMaximumLoadSinglePickpoint() const { return m_maximumLoadSinglePickpoint; }
     /**
      * How far the front end of the load beam of `loadBeamType` at `position` lies ahead of the
      * frame's front face (x = 0), in metres; negative behind it, 0 for an unknown type or position.

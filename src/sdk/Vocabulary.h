@@ -26,6 +26,8 @@ inline QString resourcePath(const QString &fileName)
 
 /// The text a mounting has in data-file keys ("flown", "stacked_cart", …); empty for an unknown value.
 NVLPS_AUTOTEST_EXPORT QString mountingText(Tolvane::Mounting mounting);
+/// The mounting a text names, the inverse of mountingText(); Invalid, with *ok false, for any other text.
+NVLPS_AUTOTEST_EXPORT Tolvane::Mounting parseMounting(const QString &text, bool *ok = nullptr);
 
 /// "<mounting>_<name>", the key of a per-mounting entry; "<mounting>_default" for DefaultKey.
 inline QString mountingKey(Tolvane::Mounting mounting, const QString &name)
