@@ -51,13 +51,13 @@ QString mountingText(Tolvane::Mounting mounting)
 Tolvane::Mounting mounting(const QCommandLineParser &parser)
 {
     const QString text = parser.value(QStringLiteral("mounting"));
+    bool known = false;
+    const Tolvane::Mounting mounting = LoudspeakerDescriptor::ConvertStringToMounting(text, &known);
+    if (known)
+        return mounting;
     QStringList accepted;
-    for (int m = Tolvane::Flown; m <= Tolvane::FlownPullback; ++m) {
-        const auto mounting = static_cast<Tolvane::Mounting>(m);
-        if (mountingText(mounting) == text)
-            return mounting;
-        accepted.append(mountingText(mounting));
-    }
+    for (int m = Tolvane::Flown; m <= Tolvane::FlownPullback; ++m)
+        accepted.append(mountingText(static_cast<Tolvane::Mounting>(m)));
     usageError(QStringLiteral("unknown mounting \"%1\" (accepted: %2)").arg(text, accepted.join(QStringLiteral(", "))));
 }
 

@@ -4,13 +4,14 @@
 #include "CommandContext.h"
 #include "Descriptors.h"
 #include "PlotCanvas.h"
+#include "Vocabulary.h"
 
 #include <cmath>
 
 namespace {
 
-constexpr int couplingLowSwitch = 4;
-constexpr int couplingMidSwitch = 5;
+using Vocabulary::LowCouplingSwitch;
+using Vocabulary::MidCouplingSwitch;
 
 // Switch settings from --switch n=value, checked against the setup's value lists. Coupling
 // switches left out sit at their 0 dB position rather than at position 0.
@@ -39,10 +40,10 @@ QMap<int, int> switchSettings(const QStringList &texts, LoudspeakerSetup *setup)
         }
         settings.insert(number, value);
     }
-    if (!settings.contains(couplingLowSwitch) && !setup->GetSwitchValues(couplingLowSwitch).isEmpty())
-        settings.insert(couplingLowSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
-    if (!settings.contains(couplingMidSwitch) && !setup->GetSwitchValues(couplingMidSwitch).isEmpty())
-        settings.insert(couplingMidSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
+    if (!settings.contains(LowCouplingSwitch) && !setup->GetSwitchValues(LowCouplingSwitch).isEmpty())
+        settings.insert(LowCouplingSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
+    if (!settings.contains(MidCouplingSwitch) && !setup->GetSwitchValues(MidCouplingSwitch).isEmpty())
+        settings.insert(MidCouplingSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
     return settings;
 }
 
