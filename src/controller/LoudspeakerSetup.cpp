@@ -118,8 +118,16 @@ LoudspeakerSetup::~LoudspeakerSetup() = default;
 
 bool LoudspeakerSetup::Read(const QString &path)
 {
-    const QVariantMap map = LoadJsonFile(path);
+    return ReadMap(LoadJsonFile(path), QFileInfo(path).fileName());
+}
 
+bool LoudspeakerSetup::ReadData(const QByteArray &json, const QString &fileName)
+{
+    return ReadMap(LoadJsonData(json, fileName), fileName);
+}
+
+bool LoudspeakerSetup::ReadMap(const QVariantMap &map, const QString &fileName)
+{
     m_name = map.value(QStringLiteral("setupName")).toString();
     m_fullName = map.value(QStringLiteral("setupNameFull")).toString();
     m_displayName = map.value(QStringLiteral("displayName")).toString();
@@ -167,7 +175,7 @@ bool LoudspeakerSetup::Read(const QString &path)
         m_linearResponses.insert(it.key(), GenerateFilter(list, m_linearFrequencies));
     }
 
-    m_fileName = QFileInfo(path).fileName();
+    m_fileName = fileName;
     ReadFilterData(filters);
     ReadSwitch1Data(switches);
     ReadSwitch2Data(switches);

@@ -39,6 +39,11 @@ public:
 
     /// Reads a controller setup file (JSON with line comments); always returns true.
     bool Read(const QString &path);
+    /**
+     * Read() on a setup file held in memory; `fileName` becomes GetFilename() and labels the
+     * warnings. Any bytes are safe to pass. Always true.
+     */
+    bool ReadData(const QByteArray &json, const QString &fileName = QString());
 
     QString GetName() const { return m_name; }
     QString GetFullName() const { return m_fullName; }
@@ -136,6 +141,7 @@ private:
     };
 
     QList<Complex> GenerateFilter(const QList<QVariant> &filters, const QList<double> &frequencies);
+    bool ReadMap(const QVariantMap &map, const QString &fileName);
     bool ReadFilterData(const QMap<QString, QVariant> &filters);
     bool ReadSwitch1Data(const QMap<QString, QVariant> &switches);
     bool ReadSwitch2Data(const QMap<QString, QVariant> &switches);
