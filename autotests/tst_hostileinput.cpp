@@ -51,9 +51,11 @@ QString readName(Reader reader, const QByteArray &bytes)
 }
 
 // Every warning text the library documents; the sweep below accepts these and fails on any other.
+// A setup or balloon name that is no text names the resource folder itself, which opens empty.
 const QRegularExpression DocumentedWarning(QStringLiteral(
     "^(Unknown loudspeaker type: hostile\\.json|Unknown cabinetShape!|unknown filter type -?\\d+"
     "|Json file not found: :/Resources/.*|File error code: \\d+|Balloon data file not found: :/Resources/.*"
+    "|JSON parse error in file: :/Resources/.*|Error: illegal value"
     "|Validation failed for \\[name:.*)$"));
 
 QStringList g_unexpectedWarnings;
@@ -145,9 +147,9 @@ void tst_HostileInput::jsonDocuments_data()
          QStringLiteral("too deeply nested document"), QString()},
         {"multi-megabyte string", "{\"name\": " + bigNameJson + "}", QString(), bigName},
         {"multi-megabyte key", "{" + bigNameJson + ": 1, \"name\": \"n\"}", QString(), QStringLiteral("n")},
-        {"multi-megabyte line comment", "{\"name\": \"n\"} // " + QByteArray(big, '/'), QString(), QStringLiteral("n")},
-        {"multi-megabyte number", "{\"name\": \"n\", \"width\": 1" + QByteArray(big, '0') + "}", QString(), QStringLiteral("n")},
-        {"NUL bytes", QByteArray("{\"name\": \"n\0\"}", 14), QStringLiteral("invalid termination by number"), QString()},
+        {"multi-megabyte line comment", "{\"name\": \"n\"} // " + QByteArray(big, 'x'), QString(), QStringLiteral("n")},
+        {"multi-megabyte number", "{\"name\": \"n\", \"width\": 1" + QByteArray(big, '0') + "}", QStringLiteral("illegal number"), QString()},
+        {"NUL inside a string is kept", QByteArray("{\"name\": \"n\0\"}", 14), QString(), QString(QStringLiteral("n")).append(QChar(0))},
         {"empty file", QByteArray(), QStringLiteral("illegal value"), QString()},
     };
     for (const auto &[name, bytes, error, expectedName] : rows) {
@@ -170,6 +172,8 @@ void tst_HostileInput::jsonDocuments()
     }
     if (reader == Loudspeaker)
         QTest::ignoreMessage(QtWarningMsg, "Unknown loudspeaker type: hostile.json");
+    if (reader == ControllerSetup) // its name is under another key
+        bytes.replace("\"name\"", "\"setupName\"");
     QCOMPARE(readName(Reader(reader), bytes), name);
 }
 
