@@ -7,8 +7,10 @@
 #include "FilterResponse.h"
 #include "JsonFileLoader.h"
 #include "LoudspeakerDescriptor.h"
+#include "LoudspeakerDescriptorProvider.h"
 #include "LoudspeakerSetup.h"
 #include "RiggingHardwareDescriptor.h"
+#include "RiggingHardwareDescriptorProvider.h"
 #include "SourcePointDescriptor.h"
 #include "TestHelpers.h"
 
@@ -127,6 +129,7 @@ private Q_SLOTS:
     void balloonLookupArguments_data();
     void balloonLookupArguments();
     void transferFunctionArguments();
+    void emptyAndDuplicateNames();
 };
 
 void tst_HostileInput::jsonDocuments_data()
@@ -352,6 +355,29 @@ void tst_HostileInput::transferFunctionArguments()
                                  {QStringLiteral("G"), 1e308}};
         QCOMPARE(CalculateFilterResponse(frequencies, filter).size(), frequencies.size());
     }
+}
+
+void tst_HostileInput::emptyAndDuplicateNames()
+{
+    // Files that name nothing, or name the same thing, register once under that name: the first stays.
+    LoudspeakerDescriptorProvider loudspeakers;
+    LoudspeakerDescriptor unnamed{QString()};
+    LoudspeakerDescriptor emptyName{QString()};
+    unnamed.ReadDescriptorData(R"({"type": "Top"})");
+    emptyName.ReadDescriptorData(R"({"type": "Top", "name": ""})");
+    loudspeakers.AddLoudspeakerDescriptor(&unnamed);
+    loudspeakers.AddLoudspeakerDescriptor(&emptyName);
+    QCOMPARE(loudspeakers.GetLoudspeakerDescriptor(QString()), &unnamed);
+    QCOMPARE(loudspeakers.GetLoudspeakerDescriptors(), QList<LoudspeakerDescriptor *>{&unnamed});
+
+    RiggingHardwareDescriptorProvider frames;
+    RiggingHardwareDescriptor first{QString()};
+    RiggingHardwareDescriptor second{QString()};
+    first.ReadDescriptorData(R"({"name": "F"})");
+    second.ReadDescriptorData(R"({"name": "F", "weight": 1})");
+    frames.AddRiggingHardwareDescriptor(&first);
+    frames.AddRiggingHardwareDescriptor(&second);
+    QCOMPARE(frames.GetRiggingHardwareDescriptor(QStringLiteral("F")), &first);
 }
 
 QTEST_GUILESS_MAIN(tst_HostileInput)
