@@ -101,7 +101,9 @@ public:
      * - `phi` is folded into one turn first and throws only when its column lies past the table's
      *   end: after the last column in the last row of the last frequency, or anywhere a file's
      *   phi step is too small for its column count.
-     * - `key` and `flushMount` never throw; they only choose the table.
+     * - `key` and `flushMount` only choose the table, read with the grid of the last file
+     *   read: they lead to a throw only when the chosen table is smaller than that grid (keys
+     *   whose files hold different grids).
      * A NaN theta or phi, and an infinite phi, give (0, 0) and never throw: no corner gets a weight.
      */
     Complex GetBalloonData(const QString &key, double frequency, double theta, double phi, bool flushMount) override;
