@@ -67,19 +67,29 @@ inline double worstPlanarity(const QList<Point> &mesh)
     return worst;
 }
 
-/// Enclosed volume by the divergence theorem; negative when corners run clockwise seen from outside.
+/**
+ * Enclosed volume as the outward flux of r / 3: each planar face contributes its area vector
+ * (Newell's sum over its edges) dotted with any point of its plane, here the corner mean.
+ * Negative when corners run clockwise seen from outside.
+ */
 inline double signedVolume(const QList<Point> &mesh)
 {
     double volume = 0.0;
     for (qsizetype f = 0; f + 3 < mesh.size(); f += 4) {
-        const Point &a = mesh.at(f);
-        for (int i = 1; i < 3; ++i) {
-            const Point &b = mesh.at(f + i);
-            const Point &c = mesh.at(f + i + 1);
-            volume += a.x() * (b.y() * c.z() - b.z() * c.y()) - a.y() * (b.x() * c.z() - b.z() * c.x()) + a.z() * (b.x() * c.y() - b.y() * c.x());
+        double ax = 0.0, ay = 0.0, az = 0.0, cx = 0.0, cy = 0.0, cz = 0.0;
+        for (int i = 0; i < 4; ++i) {
+            const Point &p = mesh.at(f + i);
+            const Point &q = mesh.at(f + (i + 1) % 4);
+            ax += (p.y() - q.y()) * (p.z() + q.z());
+            ay += (p.z() - q.z()) * (p.x() + q.x());
+            az += (p.x() - q.x()) * (p.y() + q.y());
+            cx += p.x() / 4.0;
+            cy += p.y() / 4.0;
+            cz += p.z() / 4.0;
         }
+        volume += (ax * cx + ay * cy + az * cz) / 2.0;
     }
-    return volume / 6.0;
+    return volume / 3.0;
 }
 
 struct Box {

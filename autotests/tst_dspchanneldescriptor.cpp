@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DspChannelDescriptor.h"
-#include "FrequencyVectors_p.h"
+#include "FrequencyVectors.h"
 #include "LoudspeakerSetup.h"
 #include "TestHelpers.h"
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "Point.h"
 
+#include "Units.h"
+
 #include <QDataStream>
 #include <QDebug>
 
 #include <algorithm>
 #include <cmath>
 
-namespace {
-constexpr double MillimetresPerMetre = 1000.0;
-}
+using Units::MillimetresPerMetre;
 
 Point::~Point() = default;
 

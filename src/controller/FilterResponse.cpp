@@ -2,7 +2,7 @@
 #include "FilterResponse.h"
 
 #include "FilterKernel_p.h"
-#include "Warning_p.h"
+#include "Warning.h"
 
 void FilterKernel::WarnUnknownType(int type)
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "FrequencyVectors_p.h"
+#include "FrequencyVectors.h"
 
 #include <QtDebug>
 

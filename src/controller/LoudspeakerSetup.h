@@ -140,17 +140,10 @@ private:
         QList<Complex> apEq;
     };
 
-    QList<Complex> GenerateFilter(const QList<QVariant> &filters, const QList<double> &frequencies);
+    friend class LoudspeakerSetupReader; // fills the members below
+
     bool ReadMap(const QVariantMap &map, const QString &fileName);
-    bool ReadFilterData(const QMap<QString, QVariant> &filters);
-    bool ReadSwitch1Data(const QMap<QString, QVariant> &switches);
-    bool ReadSwitch2Data(const QMap<QString, QVariant> &switches);
-    bool ReadSwitch3Data(const QMap<QString, QVariant> &switches);
-    bool ReadPeakLimiterData(const QMap<QString, QVariant> &peakLimiter);
-    bool ReadThermoLimiterData(const QMap<QString, QVariant> &thermoLimiter);
-    void ReadSwitches(const QVariantMap &switches);
-    void AddCouplingSwitches();
-    void BuildGridTables();
+
     static void BuildGridTable(const QMap<QString, QList<Complex>> &responses, GridTable &table);
     Complex SensitivityAt(int frequencyIndex) const;
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "DspChannelDescriptor.h"
 
-#include "FrequencyVectors_p.h"
+#include "FrequencyVectors.h"
 #include "LoudspeakerSetup.h"
+#include "Vocabulary.h"
 
 DspChannelDescriptor::DspChannelDescriptor(const QVariantMap &map, QObject *parent)
     : QObject(parent)
@@ -50,7 +51,7 @@ void DspChannelDescriptor::ReadLoudspeakerSetups(const QVariantMap &map)
     const QVariantMap setups = map.value(QStringLiteral("controllerSetups")).toMap();
     for (auto it = setups.cbegin(); it != setups.cend(); ++it) {
         auto *setup = new LoudspeakerSetup(this);
-        setup->Read(QStringLiteral(":/Resources/%1").arg(it.value().toString()));
+        setup->Read(Vocabulary::resourcePath(it.value().toString()));
         m_setups.insert(it.key().toInt(nullptr, 10), setup);
     }
 }
@@ -161,7 +162,7 @@ Complex DspChannelDescriptor::GetSensitivity(Tolvane::FrequencyRange range, int 
 QString DspChannelDescriptor::GetBalloonDataKey(int setupKey, const QMap<int, int> &switchStates)
 {
     LoudspeakerSetup *setup = Setup(setupKey);
-    return setup ? setup->GetControllerBalloonDataKey(switchStates) : QStringLiteral("default");
+    return setup ? setup->GetControllerBalloonDataKey(switchStates) : Vocabulary::DefaultKey;
 }
 
 bool DspChannelDescriptor::operator==(const DspChannelDescriptor &other) const

@@ -6,19 +6,21 @@
 #include "JsonFileLoader.h"
 #include "LoudspeakerSeries_Interface.h"
 #include "LoudspeakerSetup.h"
+#include "ShapeGeometry.h"
 #include "SourcePointDescriptor.h"
-#include "Warning_p.h"
+#include "Vocabulary.h"
+#include "Warning.h"
 
 #include <algorithm>
-#include <initializer_list>
 
 namespace {
-constexpr double MillimetresPerMetre = 1000.0;
+using ShapeGeometry::millimetres;
+using Vocabulary::DefaultKey;
+using Vocabulary::firstHeld;
 
-const QString ViewKey3d = QStringLiteral("3D");
-const QString ViewKeyTop = QStringLiteral("top");
-const QString ViewKeySide = QStringLiteral("side");
-const QString DefaultKey = QStringLiteral("default");
+using ShapeGeometry::View3d;
+using ShapeGeometry::ViewSide;
+using ShapeGeometry::ViewTop;
 
 Tolvane::LoudspeakerTypeFlags typeFromText(const QString &text, bool *known)
 {
@@ -34,18 +36,6 @@ Tolvane::LoudspeakerTypeFlags typeFromText(const QString &text, bool *known)
     const auto it = types.constFind(text);
     *known = it != types.cend();
     return *known ? it.value() : Tolvane::LoudspeakerTypeFlags();
-}
-
-/// The value of the first of `keys` that `map` holds, else the one under "default", else `fallback`.
-template<typename T>
-T firstHeld(const QMap<QString, T> &map, std::initializer_list<QString> keys, const T &fallback = T())
-{
-    for (const QString &key : keys) {
-        const auto it = map.constFind(key);
-        if (it != map.cend())
-            return it.value();
-    }
-    return map.value(DefaultKey, fallback);
 }
 
 bool isPointForm(const QVariant &value)
@@ -102,8 +92,8 @@ bool LoudspeakerDescriptor::ReadDescriptor(const QVariantMap &file, const QStrin
     m_nominalDispersionHorizontal = dispersion.value(QStringLiteral("horizontal"), 0.0).toDouble();
     m_nominalDispersionVertical = dispersion.value(QStringLiteral("vertical"), 0.0).toDouble();
 
-    m_frontEdgeOffset = file.value(QStringLiteral("frontEdgeOffset"), 0.0).toDouble() / MillimetresPerMetre;
-    m_rearEdgeOffset = file.value(QStringLiteral("rearEdgeOffset"), 0.0).toDouble() / MillimetresPerMetre;
+    m_frontEdgeOffset = millimetres(file, QStringLiteral("frontEdgeOffset"));
+    m_rearEdgeOffset = millimetres(file, QStringLiteral("rearEdgeOffset"));
     m_canBeUsedInMainArrays = file.value(QStringLiteral("canBeUsedInMainArrays"), false).toBool();
     m_canBeUsedInSubArrays = file.value(QStringLiteral("canBeUsedInSubArrays"), false).toBool();
     m_showBeam = file.value(QStringLiteral("showBeam"), false).toBool();
@@ -132,9 +122,8 @@ bool LoudspeakerDescriptor::ReadDescriptor(const QVariantMap &file, const QStrin
 
 bool LoudspeakerDescriptor::ReadCabinet(const QMap<QString, QVariant> &cabinet)
 {
-    m_size = Size(cabinet.value(QStringLiteral("width"), 0).toDouble() / MillimetresPerMetre,
-                  cabinet.value(QStringLiteral("height"), 0).toDouble() / MillimetresPerMetre,
-                  cabinet.value(QStringLiteral("depth"), 0).toDouble() / MillimetresPerMetre);
+    m_size = Size(millimetres(cabinet, QStringLiteral("width")), millimetres(cabinet, QStringLiteral("height")),
+                  millimetres(cabinet, QStringLiteral("depth")));
     m_hasTriangulated3dView = cabinet.value(QStringLiteral("3D_triangulated"), false).toBool();
     m_weight = cabinet.value(QStringLiteral("weight"), 0).toDouble();
     m_trapAngle = cabinet.value(QStringLiteral("trapAngle"), 0.0).toDouble();
@@ -149,21 +138,21 @@ bool LoudspeakerDescriptor::CreateShape(const QMap<QString, QVariant> &cabinet)
 
     // A file that draws its own views asks for them to be checked; the creator's are checked then.
     const QVariantMap fileViews = cabinet.value(QStringLiteral("views")).toMap();
-    if (!(fileViews.contains(ViewKey3d) && fileViews.contains(ViewKeyTop) && fileViews.contains(ViewKeySide)))
+    if (!(fileViews.contains(View3d) && fileViews.contains(ViewTop) && fileViews.contains(ViewSide)))
         return true;
 
     QString messages;
-    const QList<Point> mesh = m_views.value(ViewKey3d);
+    const QList<Point> mesh = m_views.value(View3d);
     if (mesh.isEmpty())
         messages += QLatin1String("Empty point list for 3D view.");
     if (mesh.size() % 4 != 0)
         messages += QLatin1String("Invalid quad mesh for 3D view.");
-    if (m_views.value(ViewKeyTop).isEmpty())
+    if (m_views.value(ViewTop).isEmpty())
         messages += QLatin1String("Empty point list for top view.");
-    if (m_views.value(ViewKeySide).isEmpty())
+    if (m_views.value(ViewSide).isEmpty())
         messages += QLatin1String("Empty point list for side view.");
     if (!messages.isEmpty()) {
-        const QString text = QStringLiteral("Validation failed for [name:%1] [keys:%2/%3/%4]:").arg(cabinetName, ViewKey3d, ViewKeyTop, ViewKeySide);
+        const QString text = QStringLiteral("Validation failed for [name:%1] [keys:%2/%3/%4]:").arg(cabinetName, View3d, ViewTop, ViewSide);
         lpsdkWarning(text.toUtf8().constData(), messages);
     }
     return true;
@@ -297,38 +286,37 @@ QVariant LoudspeakerDescriptor::GetFrontMechanicalConnectionPointDescriptor()
 QList<Point> LoudspeakerDescriptor::Get3dView(Tolvane::Mounting mounting)
 {
     const auto it = m_views.constFind(QStringLiteral("3D_%1").arg(ConvertMountingToString(mounting)));
-    return it != m_views.cend() ? it.value() : m_views.value(ViewKey3d);
+    return it != m_views.cend() ? it.value() : m_views.value(View3d);
 }
 
 QList<Point> LoudspeakerDescriptor::GetSideView(Tolvane::Mounting mounting)
 {
     const auto it = m_views.constFind(QStringLiteral("side_%1").arg(ConvertMountingToString(mounting)));
-    return it != m_views.cend() ? it.value() : m_views.value(ViewKeySide);
+    return it != m_views.cend() ? it.value() : m_views.value(ViewSide);
 }
 
 QList<Point> LoudspeakerDescriptor::GetTopView()
 {
-    return m_views.value(ViewKeyTop);
+    return m_views.value(ViewTop);
 }
 
 Point LoudspeakerDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)
 {
     // A mounting point may be given by its bare name, valid for every mounting.
-    const QString text = ConvertMountingToString(mounting);
-    return firstHeld(m_mountingPoints, {QStringLiteral("%1_%2").arg(text, name), name, QStringLiteral("%1_default").arg(text), text});
+    return firstHeld(m_mountingPoints,
+                     {Vocabulary::mountingKey(mounting, name), name, Vocabulary::mountingKey(mounting, DefaultKey), ConvertMountingToString(mounting)});
 }
 
 Point LoudspeakerDescriptor::GetConnectionPoint(Tolvane::Mounting mounting, const QString &name)
 {
     // Unlike mounting points, a connection point always carries its mounting in the key.
-    const QString text = ConvertMountingToString(mounting);
-    return firstHeld(m_connectionPoints, {QStringLiteral("%1_%2").arg(text, name), QStringLiteral("%1_default").arg(text), text});
+    return firstHeld(m_connectionPoints,
+                     {Vocabulary::mountingKey(mounting, name), Vocabulary::mountingKey(mounting, DefaultKey), ConvertMountingToString(mounting)});
 }
 
 Point LoudspeakerDescriptor::GetCenterOfGravity(Tolvane::Mounting mounting)
 {
-    const QString text = ConvertMountingToString(mounting);
-    return firstHeld(m_centersOfGravity, {QStringLiteral("%1_default").arg(text), text});
+    return firstHeld(m_centersOfGravity, {Vocabulary::mountingKey(mounting, DefaultKey), ConvertMountingToString(mounting)});
 }
 
 Point LoudspeakerDescriptor::GetCenterOfAudio(Tolvane::Mounting mounting)
@@ -337,7 +325,7 @@ Point LoudspeakerDescriptor::GetCenterOfAudio(Tolvane::Mounting mounting)
     if (isPointForm(center))
         return Point::fromVariant(center);
     const QVariantMap perMounting = center.toMap();
-    const QVariant value = firstHeld(perMounting, {QStringLiteral("%1_default").arg(ConvertMountingToString(mounting))});
+    const QVariant value = firstHeld(perMounting, {Vocabulary::mountingKey(mounting, DefaultKey)});
     return value.isValid() ? Point::fromVariant(value) : m_defaultCenter;
 }
 
@@ -346,7 +334,7 @@ double LoudspeakerDescriptor::GetCenterOfAudioVerticalAngle(Tolvane::Mounting mo
     const QVariant angle = m_centerOfAudio.value(QStringLiteral("verticalAngle"));
     if (angle.metaType().id() != QMetaType::QVariantMap)
         return angle.toDouble();
-    return firstHeld(angle.toMap(), {QStringLiteral("%1_default").arg(ConvertMountingToString(mounting))}).toDouble();
+    return firstHeld(angle.toMap(), {Vocabulary::mountingKey(mounting, DefaultKey)}).toDouble();
 }
 
 QMap<Tolvane::MechanicalConnectionPoint, Point> LoudspeakerDescriptor::GetMechanicalConnectionPoints(double previousSplayAngle, double nextSplayAngle)
@@ -437,8 +425,8 @@ bool LoudspeakerDescriptor::SupportsContourCpl(Tolvane::Mounting mounting) const
     if (!sourcePoint)
         return false;
     const QLatin1String contour("CPL_5");
-    return sourcePoint->GetSwitchDescription(4, mounting).startsWith(contour)
-        || sourcePoint->GetSwitchDescription(5, mounting).startsWith(contour);
+    return sourcePoint->GetSwitchDescription(Vocabulary::LowCouplingSwitch, mounting).startsWith(contour)
+        || sourcePoint->GetSwitchDescription(Vocabulary::MidCouplingSwitch, mounting).startsWith(contour);
 }
 
 QList<int> LoudspeakerDescriptor::GetSpeakerIds()
@@ -460,23 +448,5 @@ Point LoudspeakerDescriptor::GetDefaultCenter() const
 
 QString LoudspeakerDescriptor::ConvertMountingToString(Tolvane::Mounting mounting)
 {
-    switch (mounting) {
-    case Tolvane::Invalid:
-        return QStringLiteral("invalid");
-    case Tolvane::Flown:
-        return QStringLiteral("flown");
-    case Tolvane::Stacked:
-        return QStringLiteral("stacked");
-    case Tolvane::FlownHorizontal:
-        return QStringLiteral("flown_horizontal");
-    case Tolvane::StackedHorizontal:
-        return QStringLiteral("stacked_horizontal");
-    case Tolvane::StackedCart:
-        return QStringLiteral("stacked_cart");
-    case Tolvane::FlownInstall:
-        return QStringLiteral("flown_install");
-    case Tolvane::FlownPullback:
-        return QStringLiteral("flown_pullback");
-    }
-    return QString();
+    return Vocabulary::mountingText(mounting);
 }

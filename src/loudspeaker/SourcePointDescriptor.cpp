@@ -5,7 +5,7 @@
 #include "BalloonFileReader_p.h"
 #include "BalloonFrequencyIndex_p.h"
 #include "DspChannelDescriptor.h"
-#include "LoudspeakerDescriptor.h"
+#include "Vocabulary.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -19,21 +19,18 @@
 
 namespace {
 
-const QString DefaultKey = QStringLiteral("default");
+using Vocabulary::DefaultKey;
 const QString DefaultAmplifier = QStringLiteral("D80");
 
 QString resourcePath(const QVariant &fileName)
 {
-    return QStringLiteral(":/Resources/%1").arg(fileName.toString());
+    return Vocabulary::resourcePath(fileName.toString());
 }
 
 template<typename T>
 T valueForMounting(const QMap<QString, T> &map, Tolvane::Mounting mounting)
 {
-    const auto it = map.constFind(LoudspeakerDescriptor::ConvertMountingToString(mounting));
-    if (it != map.cend())
-        return *it;
-    return map.value(DefaultKey);
+    return Vocabulary::firstHeld(map, {Vocabulary::mountingText(mounting)});
 }
 
 QMap<QString, QList<double>> readAngleMap(const QVariantMap &map)

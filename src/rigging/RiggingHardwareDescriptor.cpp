@@ -3,49 +3,29 @@
 
 #include "CabinetShapeCreator.h"
 #include "JsonFileLoader.h"
-#include "LoudspeakerDescriptor.h"
 #include "RiggingOutline_p.h"
+#include "ShapeGeometry.h"
+#include "Units.h"
+#include "Vocabulary.h"
 
 #include <algorithm>
 
 namespace {
-constexpr double MillimetresPerMetre = 1000.0;
-
-const QString DefaultKey = QStringLiteral("default");
-
-double millimetres(const QVariantMap &map, const QString &key, double defaultValue = 0.0)
-{
-    return map.value(key, defaultValue).toDouble() / MillimetresPerMetre;
-}
+using Units::MillimetresPerMetre;
+using Vocabulary::DefaultKey;
+using Vocabulary::firstHeld;
+using ShapeGeometry::millimetres;
 
 QMap<QString, Point> pointMap(const QVariantMap &file, const QString &key)
 {
     return Point::fromVariantMap(file.value(key).toMap());
 }
 
-/// The first of `keys` that `points` holds, else the zero point.
-Point firstHeld(const QMap<QString, Point> &points, std::initializer_list<QString> keys)
-{
-    for (const QString &key : keys) {
-        const auto it = points.constFind(key);
-        if (it != points.cend())
-            return *it;
-    }
-    return Point();
-}
-
-/// One corner entry of "mechanicalConnectionPoints": a point itself, or points by name and mounting.
-Point resolveCorner(const QVariant &entry, const QString &mountingText, const QString &name)
+/// One corner entry of "mechanicalConnectionPoints": a point itself, else the first of `keys` it holds, else its "default".
+Point resolveCorner(const QVariant &entry, std::initializer_list<QString> keys)
 {
     const QVariantMap corner = entry.toMap();
-    if (corner.contains(QStringLiteral("x")))
-        return Point::fromVariant(entry);
-    if (corner.contains(name))
-        return Point::fromVariant(corner.value(name));
-    const QString mountingDefault = QStringLiteral("%1_default").arg(mountingText);
-    if (corner.contains(mountingDefault))
-        return Point::fromVariant(corner.value(mountingDefault));
-    return Point::fromVariant(corner.value(DefaultKey));
+    return corner.contains(QStringLiteral("x")) ? Point::fromVariant(entry) : Point::fromVariant(firstHeld(corner, keys));
 }
 
 bool isNumber(const QVariant &value)
@@ -139,13 +119,7 @@ bool RiggingHardwareDescriptor::ReadCabinet(const QVariantMap &cabinet)
 
 Point RiggingHardwareDescriptor::ReadFrameReferencePoint(const QVariantMap &mechanicalConnectionPoints)
 {
-    const QVariant entry = mechanicalConnectionPoints.value(QStringLiteral("front, top"));
-    const QVariantMap frontTop = entry.toMap();
-    if (frontTop.contains(QStringLiteral("x")))
-        return Point::fromVariant(entry);
-    if (frontTop.contains(QStringLiteral("flown_default")))
-        return Point::fromVariant(frontTop.value(QStringLiteral("flown_default")));
-    return Point::fromVariant(frontTop.value(DefaultKey));
+    return resolveCorner(mechanicalConnectionPoints.value(QStringLiteral("front, top")), {Vocabulary::mountingKey(Tolvane::Flown, DefaultKey)});
 }
 
 RiggingHardwareDescriptor::LoadBeamData RiggingHardwareDescriptor::ReadLoadBeamData(const QVariantMap &loadBeamType, const Point &frameReference)
@@ -236,9 +210,9 @@ void RiggingHardwareDescriptor::UpdateFrameViewPoints()
         if (m_views.contains(key) && !m_views.contains(key + suffix))
             m_views.insert(key + suffix, corners < 0 ? m_views.value(key) : RiggingOutline::Flipped(m_views.value(key), height, corners));
     };
-    derive(QStringLiteral("3D"), faceCorners);
-    derive(QStringLiteral("side"), 0);
-    derive(QStringLiteral("top"), -1);
+    derive(ShapeGeometry::View3d, faceCorners);
+    derive(ShapeGeometry::ViewSide, 0);
+    derive(ShapeGeometry::ViewTop, -1);
 }
 
 /*
@@ -251,9 +225,9 @@ QMap<QString, QList<Point>> RiggingHardwareDescriptor::CreateShapeLoadBeam(const
     const RiggingOutline::Box beam{frontEnd.x() - loadBeam.length, frontEnd.x(), frontEnd.y() - halfWidth, frontEnd.y() + halfWidth,
                                    frontEnd.z(), frontEnd.z() + loadBeam.height};
     return {
-        {QStringLiteral("3D"), RiggingOutline::BoxFaces(beam)},
-        {QStringLiteral("top"), RiggingOutline::BoxTopFace(beam)},
-        {QStringLiteral("side"), RiggingOutline::SideSilhouette({beam})},
+        {ShapeGeometry::View3d, RiggingOutline::BoxFaces(beam)},
+        {ShapeGeometry::ViewTop, RiggingOutline::BoxTopFace(beam)},
+        {ShapeGeometry::ViewSide, RiggingOutline::SideSilhouette({beam})},
     };
 }
 
@@ -291,7 +265,7 @@ QMap<QString, QList<Point>> RiggingHardwareDescriptor::CreateShapeTriangleWithLo
     // run from the base edges down to the pin's edge. Corners run counter-clockwise seen from outside.
     const Point pinRight(pin.x(), right, pin.z());
     const Point pinLeft(pin.x(), left, pin.z());
-    views[QStringLiteral("3D")] += {
+    views[ShapeGeometry::View3d] += {
         Point(baseFront, right, baseZ), Point(baseRear, right, baseZ), pinRight, pinRight,
         Point(baseRear, left, baseZ), Point(baseFront, left, baseZ), pinLeft, pinLeft,
         Point(baseFront, left, baseZ), Point(baseFront, right, baseZ), pinRight, pinLeft,
@@ -313,7 +287,7 @@ QMap<QString, QList<Point>> RiggingHardwareDescriptor::CreateShapeTriangleWithLo
     add(pin.x(), pin.z());
     add(baseFront, baseZ);
     add(frontEnd.x(), baseZ);
-    views.insert(QStringLiteral("side"), side);
+    views.insert(ShapeGeometry::ViewSide, side);
     return views;
 }
 
@@ -326,9 +300,9 @@ void RiggingHardwareDescriptor::ExtractViewKeys(const QMap<QString, QList<Point>
         else if (views.contains(base))
             key = base;
     };
-    pick(key3D, QStringLiteral("3D"));
-    pick(keySide, QStringLiteral("side"));
-    pick(keyTop, QStringLiteral("top"));
+    pick(key3D, ShapeGeometry::View3d);
+    pick(keySide, ShapeGeometry::ViewSide);
+    pick(keyTop, ShapeGeometry::ViewTop);
 }
 
 bool RiggingHardwareDescriptor::IsDataApproved() const
@@ -383,9 +357,8 @@ Size RiggingHardwareDescriptor::GetOutriggersBoundaryMaxSize()
 
 Point RiggingHardwareDescriptor::GetMountingPoint(Tolvane::Mounting mounting, const QString &name)
 {
-    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
     return firstHeld(m_mountingPoints,
-                     {QStringLiteral("%1_%2").arg(text, name), name, QStringLiteral("%1_default").arg(text), text, DefaultKey});
+                     {Vocabulary::mountingKey(mounting, name), name, Vocabulary::mountingKey(mounting, DefaultKey), Vocabulary::mountingText(mounting)});
 }
 
 QVariant RiggingHardwareDescriptor::GetCompressionPullPointMap()
@@ -423,7 +396,7 @@ QMap<Tolvane::MechanicalConnectionPoint, Point> RiggingHardwareDescriptor::GetMe
 {
     static const QString corners[] = {QStringLiteral("front, top"), QStringLiteral("rear, top"), QStringLiteral("rear, bottom"),
                                       QStringLiteral("front, bottom")};
-    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
+    const std::initializer_list<QString> keys{name, Vocabulary::mountingKey(mounting, DefaultKey)};
     const QString compression = QStringLiteral(", compression");
 
     QMap<Tolvane::MechanicalConnectionPoint, Point> points;
@@ -431,23 +404,23 @@ QMap<Tolvane::MechanicalConnectionPoint, Point> RiggingHardwareDescriptor::GetMe
         points.insert(static_cast<Tolvane::MechanicalConnectionPoint>(i), Point());
     for (int i = 0; i < 4; ++i) {
         points.insert(static_cast<Tolvane::MechanicalConnectionPoint>(i),
-                      resolveCorner(m_mechanicalConnectionPoints.value(corners[i]), text, name));
+                      resolveCorner(m_mechanicalConnectionPoints.value(corners[i]), keys));
         const auto compressed = m_mechanicalConnectionPoints.constFind(corners[i] + compression);
         if (compressed != m_mechanicalConnectionPoints.cend())
-            points.insert(static_cast<Tolvane::MechanicalConnectionPoint>(i + 4), resolveCorner(*compressed, text, name));
+            points.insert(static_cast<Tolvane::MechanicalConnectionPoint>(i + 4), resolveCorner(*compressed, keys));
     }
     return points;
 }
 
 Point RiggingHardwareDescriptor::GetConnectionPoint(Tolvane::Mounting mounting, const QString &name)
 {
-    const QString text = LoudspeakerDescriptor::ConvertMountingToString(mounting);
-    return firstHeld(m_connectionPoints, {QStringLiteral("%1_%2").arg(text, name), QStringLiteral("%1_default").arg(text), text, DefaultKey});
+    return firstHeld(m_connectionPoints,
+                     {Vocabulary::mountingKey(mounting, name), Vocabulary::mountingKey(mounting, DefaultKey), Vocabulary::mountingText(mounting)});
 }
 
 Point RiggingHardwareDescriptor::GetConnectionPointOffset(double value)
 {
-    return firstHeld(m_connectionPointOffsets, {QString::number(value, 'f', 1), DefaultKey});
+    return firstHeld(m_connectionPointOffsets, {QString::number(value, 'f', 1)});
 }
 
 QVariant RiggingHardwareDescriptor::GetViews()

@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "RiggingOutline_p.h"
 
+#include "ShapeGeometry.h"
+
 #include <QStringList>
 
 #include <algorithm>
 
 namespace {
-constexpr double MillimetresPerMetre = 1000.0;
-
-double millimetres(const QVariantMap &map, const QString &key)
-{
-    return map.value(key).toDouble() / MillimetresPerMetre;
-}
+using ShapeGeometry::millimetres;
 
 bool isEmpty(const RiggingOutline::Box &box)
 {
@@ -205,9 +202,9 @@ RiggingOutline::Views RiggingOutline::BoxViews(const QList<Box> &boxes)
         faces += BoxFaces(box);
         top += BoxTopFace(box);
     }
-    views.insert(QStringLiteral("3D"), faces);
-    views.insert(QStringLiteral("top"), top);
-    views.insert(QStringLiteral("side"), SideSilhouette(boxes));
+    views.insert(ShapeGeometry::View3d, faces);
+    views.insert(ShapeGeometry::ViewTop, top);
+    views.insert(ShapeGeometry::ViewSide, SideSilhouette(boxes));
     return views;
 }
 

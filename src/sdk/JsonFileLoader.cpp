@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "JsonFileLoader.h"
 
-#include "Warning_p.h"
+#include "Warning.h"
 
 #include <QBuffer>
 #include <QFile>

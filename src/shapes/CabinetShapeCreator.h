@@ -69,10 +69,6 @@ private:
 
     /// Centre angles (radians) of slices of `angleStep` degrees laid over half of `totalAngle` degrees.
     static QList<double> DivideTrapAngleByAngleStep(double angleStep, double totalAngle);
-    static QList<double> CalculateXValues(const QList<double> &angles);
-    static QList<double> CalculateZValues(const QList<double> &angles);
-    static QList<double> NormalizeXValues(QList<double> values, double extent);
-    static QList<double> NormalizeZValues(QList<double> values, double extent);
     /// `sections` points of an arc in the X-Z plane, the last one step short of `endAngle`.
     static QList<Point> CalculateArcCoordinates(double sections, double radius, double startAngle, double endAngle);
     /// One half of a bent grill: x from `xExtent` on the centre line down to 0, z up to `zExtent`.
