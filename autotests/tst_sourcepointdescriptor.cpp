@@ -7,6 +7,7 @@
 #include "TestHelpers.h"
 
 #include <QPointer>
+#include <QThread>
 #include <QThreadPool>
 
 #include <memory>
@@ -453,7 +454,16 @@ void tst_SourcePointDescriptor::destructorWaitsForBackgroundRead()
     for (int i = 0; i < 20; ++i) {
         auto point = std::make_unique<SourcePointDescriptor>();
         point->Read(entry({{"a", "linear_none.bin"}, {"b", "flush.bin"}, {"c", i % 2 ? "negative.bin" : "wide.bin"}}));
+        // Every fourth point is destroyed while its worker is surely inside the read: after the
+        // first file, with two more to go. The others may go before the worker starts.
+        std::atomic<bool> firstFileRead{false};
+        if (i % 4 == 0) {
+            connect(point.get(), &SourcePointDescriptor::BalloonDataChanged, point.get(),
+                    [&firstFileRead] { firstFileRead.store(true); }, Qt::DirectConnection);
+        }
         point->ReadBalloonData(SourcePointDescriptor::Asynchronous);
+        while (i % 4 == 0 && !firstFileRead.load())
+            QThread::yieldCurrentThread();
         point.reset(); // must wait; a sanitizer build reports any use after free
     }
     QThreadPool::globalInstance()->waitForDone();

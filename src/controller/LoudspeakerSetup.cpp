@@ -4,9 +4,12 @@
 #include "CouplingFilterProvider.h"
 #include "FilterResponse.h"
 #include "FrequencyVectors.h"
+#include "JsonFileLoader.h"
 #include "LoudspeakerSetupReader_p.h"
 #include "UpperState_p.h"
 #include "Vocabulary.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -40,7 +43,17 @@ LoudspeakerSetup::~LoudspeakerSetup() = default;
 
 bool LoudspeakerSetup::Read(const QString &path)
 {
-    LoudspeakerSetupReader(*this).Read(path);
+    return ReadMap(LoadJsonFile(path), QFileInfo(path).fileName());
+}
+
+bool LoudspeakerSetup::ReadData(const QByteArray &json, const QString &fileName)
+{
+    return ReadMap(LoadJsonData(json, fileName), fileName);
+}
+
+bool LoudspeakerSetup::ReadMap(const QVariantMap &map, const QString &fileName)
+{
+    LoudspeakerSetupReader(*this).Read(map, fileName);
     return true;
 }
 

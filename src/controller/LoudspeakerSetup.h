@@ -44,6 +44,11 @@ public:
 
     /// Reads a controller setup file (JSON with line comments); always returns true.
     bool Read(const QString &path);
+    /**
+     * Read() on a setup file held in memory; `fileName` becomes GetFilename() and labels the
+     * warnings. Any bytes are safe to pass. Always true.
+     */
+    bool ReadData(const QByteArray &json, const QString &fileName = QString());
 
     QString GetName() const { return m_name; }
     QString GetFullName() const { return m_fullName; }
@@ -141,6 +146,8 @@ private:
     };
 
     friend class LoudspeakerSetupReader; // fills the members below
+
+    bool ReadMap(const QVariantMap &map, const QString &fileName);
 
     Complex SensitivityAt(int frequencyIndex) const;
 

@@ -3,11 +3,8 @@
 
 #include "CouplingFilterProvider.h"
 #include "FilterResponse.h"
-#include "JsonFileLoader.h"
 #include "LoudspeakerSetup.h"
 #include "Vocabulary.h"
-
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -106,10 +103,9 @@ QString CouplingLabel(double value)
 
 } // namespace
 
-void LoudspeakerSetupReader::Read(const QString &path)
+void LoudspeakerSetupReader::Read(const QVariantMap &map, const QString &fileName)
 {
     LoudspeakerSetup &s = m_setup;
-    const QVariantMap map = LoadJsonFile(path);
 
     s.m_name = map.value(QStringLiteral("setupName")).toString();
     s.m_fullName = map.value(QStringLiteral("setupNameFull")).toString();
@@ -155,7 +151,7 @@ void LoudspeakerSetupReader::Read(const QString &path)
     for (auto it = filters.cbegin(); it != filters.cend(); ++it)
         AddNamedResponses(it.key(), it.value().toList());
 
-    s.m_fileName = QFileInfo(path).fileName();
+    s.m_fileName = fileName;
     nvScientificComputing::SystemEq &systemEq = s.m_systemEq;
     systemEq.arrayEqFilters = ToBiquads(filters.value(SetupKeys::ArrayEq));
     systemEq.systemEqFilters = ToBiquads(filters.value(SetupKeys::SystemEq));

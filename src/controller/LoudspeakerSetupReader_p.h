@@ -25,8 +25,9 @@ class LoudspeakerSetupReader
 public:
     explicit LoudspeakerSetupReader(LoudspeakerSetup &setup) : m_setup(setup) { }
 
-    /// Adds what the file at `path` holds; a second file extends the maps and lists of the first.
-    void Read(const QString &path);
+    /// Adds what a setup file's top-level object holds; a second file extends the maps and lists
+    /// of the first. `fileName` becomes the setup's file name.
+    void Read(const QVariantMap &map, const QString &fileName);
 
 private:
     void ReadSwitches(const QVariantMap &switches);

@@ -55,8 +55,16 @@ LoudspeakerDescriptor::~LoudspeakerDescriptor() = default;
 
 bool LoudspeakerDescriptor::ReadDescriptorFile(const QString &filePath)
 {
-    const QVariantMap file = LoadJsonFile(filePath);
+    return ReadDescriptor(LoadJsonFile(filePath), filePath);
+}
 
+bool LoudspeakerDescriptor::ReadDescriptorData(const QByteArray &json, const QString &sourceName)
+{
+    return ReadDescriptor(LoadJsonData(json, sourceName), sourceName);
+}
+
+bool LoudspeakerDescriptor::ReadDescriptor(const QVariantMap &file, const QString &filePath)
+{
     m_dataApproved = file.value(QStringLiteral("dataApproved"), true).toBool();
     m_name = file.value(QStringLiteral("name"), QString()).toString();
     m_partNumber = file.value(QStringLiteral("partNumber"), QString()).toString();

@@ -33,6 +33,14 @@ public:
     explicit LoudspeakerDescriptor(const QString &filePath, QObject *parent = nullptr);
     ~LoudspeakerDescriptor() override;
 
+    /**
+     * Reads a descriptor held in memory, as the constructor reads a file, with its whole chain
+     * (cabinet shape, source points, DSP channels, controller setups from the resources). Call it
+     * once, on a descriptor constructed with an empty path. `sourceName` stands for the path in
+     * warnings. Any bytes are safe to pass. Always true.
+     */
+    bool ReadDescriptorData(const QByteArray &json, const QString &sourceName = QString());
+
     QString GetName() override { return m_name; }
     LoudspeakerSeries_Interface *GetLoudspeakerSeries() const override;
     QString GetDisplayName() override { return m_displayName; }
@@ -112,6 +120,7 @@ private:
     /// The first source point, or null without any; the list holds only points this descriptor created.
     SourcePointDescriptor *FirstSourcePoint() const;
     bool ReadDescriptorFile(const QString &filePath);
+    bool ReadDescriptor(const QVariantMap &file, const QString &filePath);
     bool ReadCabinet(const QMap<QString, QVariant> &cabinet);
     bool CreateShape(const QMap<QString, QVariant> &cabinet);
 

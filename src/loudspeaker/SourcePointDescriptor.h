@@ -90,8 +90,25 @@ public:
      * and the file has one) at the balloon frequency nearest `frequency` (Hz), theta and phi in
      * degrees. Phi is shifted by the "default" normal angle and folded by the symmetry. When the
      * corners' phases cancel, the result keeps the weighted magnitude with the nearest corner's
-     * phase. (0, 0) before any balloon is loaded; std::out_of_range for a position outside the
-     * table. Allocation-free.
+     * phase. (0, 0) before any balloon is loaded. Allocation-free.
+     *
+     * Throws std::out_of_range when a cell corner with a positive weight has a flat index
+     * (f * NH + t) * S + p (S = NV, or 2 for the flush-mount table) outside the table; rows and
+     * columns past the grid are not checked on their own, so they read the neighbouring row or
+     * frequency. Per argument:
+     * - `frequency` throws when it has no index: NaN, infinite, or 1e10 Hz or more away from
+     *   every balloon frequency, and any frequency when the balloon has none.
+     * - `theta` throws when its row, counted on from the chosen frequency's first row, falls
+     *   before the table's first row or after its last: a negative theta at the first frequency,
+     *   a theta past the grid at the last one, one further past the grid than the frequencies
+     *   above hold rows, and an infinite theta.
+     * - `phi` is folded into one turn first and throws only when its column lies past the table's
+     *   end: after the last column in the last row of the last frequency, or anywhere a file's
+     *   phi step is too small for its column count.
+     * - `key` and `flushMount` only choose the table, read with the grid of the last file
+     *   read: they lead to a throw only when the chosen table is smaller than that grid (keys
+     *   whose files hold different grids).
+     * A NaN theta or phi, and an infinite phi, give (0, 0) and never throw: no corner gets a weight.
      */
     Complex GetBalloonData(const QString &key, double frequency, double theta, double phi, bool flushMount) override;
     /// First value of the chosen table; null before loading and for an empty table.

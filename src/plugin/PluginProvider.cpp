@@ -17,6 +17,14 @@
 #include <QThreadPool>
 #include <QtConcurrent/QtConcurrentRun>
 
+#include <atomic>
+
+namespace {
+// Qt's futures order each root object's creation before its registration, but through locks
+// that race detectors cannot see; this release/acquire pair makes the order visible to them.
+std::atomic<int> rootHandOver{0};
+} // namespace
+
 PluginProvider *PluginProvider::m_instance = nullptr;
 QMutex PluginProvider::m_instanceAccessSynchronisation;
 
@@ -58,6 +66,7 @@ void PluginProvider::LoadPlugins()
             QObject *root = loader->instance();
             if (root && root->thread() == QThread::currentThread())
                 root->moveToThread(registrationThread);
+            rootHandOver.fetch_add(1, std::memory_order_release);
         };
         QThreadPool *pool = QThreadPool::globalInstance();
         futures.append(pool ? QtConcurrent::run(pool, createRoot) : QFuture<void>());
@@ -69,6 +78,7 @@ void PluginProvider::LoadPlugins()
     // Registration runs here, in listing order, as each root object becomes ready.
     for (qsizetype j = 0; j < futures.size(); ++j) {
         futures[j].waitForFinished();
+        rootHandOver.load(std::memory_order_acquire);
         LoadPluginData(m_pluginLoaders.at(firstNewLoader + j));
     }
 }

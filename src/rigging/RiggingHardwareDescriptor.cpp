@@ -55,8 +55,16 @@ RiggingHardwareDescriptor::~RiggingHardwareDescriptor() = default;
 
 bool RiggingHardwareDescriptor::ReadDescriptorFile(const QString &filePath)
 {
-    const QVariantMap file = LoadJsonFile(filePath);
+    return ReadDescriptor(LoadJsonFile(filePath));
+}
 
+bool RiggingHardwareDescriptor::ReadDescriptorData(const QByteArray &json, const QString &sourceName)
+{
+    return ReadDescriptor(LoadJsonData(json, sourceName));
+}
+
+bool RiggingHardwareDescriptor::ReadDescriptor(const QVariantMap &file)
+{
     m_dataApproved = file.value(QStringLiteral("dataApproved"), true).toBool();
     m_name = file.value(QStringLiteral("name"), QString()).toString();
     m_partNumber = file.value(QStringLiteral("partNumber"), QString()).toString();

@@ -55,6 +55,13 @@ public:
     explicit RiggingHardwareDescriptor(const QString &filePath, QObject *parent = nullptr);
     ~RiggingHardwareDescriptor() override;
 
+    /**
+     * Reads a descriptor held in memory, as the constructor reads a file. Call it once, on an
+     * item constructed with an empty path; `sourceName` stands for the path in warnings. Any
+     * bytes are safe to pass. Always true.
+     */
+    bool ReadDescriptorData(const QByteArray &json, const QString &sourceName = QString());
+
     bool IsDataApproved() const override { return m_dataApproved; }
     QString GetName() override { return m_name; }
     QVariant GetPickPointsMap() override { return m_pickPoints; }
@@ -118,6 +125,7 @@ public:
 
 private:
     bool ReadDescriptorFile(const QString &filePath);
+    bool ReadDescriptor(const QVariantMap &file);
     bool ReadCabinet(const QVariantMap &cabinet);
     bool CreateShape(const QVariantMap &file);
     void UpdateFrameViewPoints();

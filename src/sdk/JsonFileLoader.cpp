@@ -3,6 +3,7 @@
 
 #include "Warning.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -23,6 +24,28 @@ QString StripJsonLineComment(const QString &line)
     return line;
 }
 
+namespace {
+// Reads an open text-mode device; `sourceName` only labels the warnings.
+QVariantMap parseJson(QIODevice &device, const QString &sourceName)
+{
+    QByteArray buffer;
+    buffer.reserve(device.size());
+    QTextStream stream(&device);
+    QString line;
+    while (stream.readLineInto(&line))
+        buffer += StripJsonLineComment(line).toUtf8();
+
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(buffer, &error);
+    if (error.error != QJsonParseError::NoError) {
+        lpsdkWarning("JSON parse error in file:", sourceName);
+        lpsdkWarning("Error:", error.errorString());
+        return {};
+    }
+    return document.toVariant().toMap();
+}
+} // namespace
+
 QVariantMap LoadJsonFile(const QString &filePath)
 {
     QFile file(filePath);
@@ -31,20 +54,13 @@ QVariantMap LoadJsonFile(const QString &filePath)
         lpsdkWarning("File error code: ", QString::number(file.error()));
         return {};
     }
+    return parseJson(file, filePath);
+}
 
-    QByteArray buffer;
-    buffer.reserve(file.size());
-    QTextStream stream(&file);
-    QString line;
-    while (stream.readLineInto(&line))
-        buffer += StripJsonLineComment(line).toUtf8();
-
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(buffer, &error);
-    if (error.error != QJsonParseError::NoError) {
-        lpsdkWarning("JSON parse error in file:", filePath);
-        lpsdkWarning("Error:", error.errorString());
-        return {};
-    }
-    return document.toVariant().toMap();
+QVariantMap LoadJsonData(const QByteArray &data, const QString &sourceName)
+{
+    QBuffer buffer;
+    buffer.setData(data);
+    buffer.open(QIODevice::ReadOnly | QIODevice::Text);
+    return parseJson(buffer, sourceName);
 }

@@ -18,5 +18,12 @@
  */
 NVLPS_EXPORT QVariantMap LoadJsonFile(const QString &filePath);
 
+/**
+ * LoadJsonFile() on bytes already in memory: the same line splitting, comment stripping and
+ * result. A parse error names `sourceName` in its warning where the file loader names the path.
+ * Untrusted input is fine: nesting beyond the parser's limit is a parse error. Thread-safe.
+ */
+NVLPS_EXPORT QVariantMap LoadJsonData(const QByteArray &data, const QString &sourceName = QString());
+
 /// The comment stripping of LoadJsonFile() for one line.
 NVLPS_EXPORT QString StripJsonLineComment(const QString &line);

@@ -71,7 +71,11 @@ public:
     virtual QString GetBalloonDataFilename(const QString &key) = 0;
     virtual std::shared_ptr<const nvScientificComputing::IBalloon> GetBalloon(const QString &key) = 0;
 
-    /// Interpolated complex directivity of the balloon `key` at the nearest balloon frequency.
+    /**
+     * Interpolated complex directivity of the balloon `key` at the nearest balloon frequency.
+     * Throws std::out_of_range for a position outside the balloon table, which only `frequency`,
+     * `theta` and `phi` can cause; SourcePointDescriptor::GetBalloonData() lists exactly when.
+     */
     virtual Complex GetBalloonData(const QString &key, double frequency, double theta, double phi, bool flushMount) = 0;
 };
 
