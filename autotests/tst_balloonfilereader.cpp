@@ -388,11 +388,21 @@ void tst_BalloonFileReader::frequencyIndex()
     QVERIFY(BalloonFrequencyIndex::IsBisectable(frequencies.constData(), frequencies.size()));
     QCOMPARE(BalloonFrequencyIndex::Find(frequencies.constData(), frequencies.size(), true, frequency), expected);
     QCOMPARE(BalloonFrequencyIndex::Find(frequencies.constData(), frequencies.size(), false, frequency), expected);
+    BalloonFrequencyIndex guided;
+    guided.Reset(frequencies.constData(), frequencies.size());
+    QCOMPARE(guided.Find(frequencies.constData(), frequencies.size(), frequency), expected);
 }
 
 void tst_BalloonFileReader::frequencyIndexRandom()
 {
     QRandomGenerator rng(7);
+    const auto check = [](const QList<double> &v, double frequency) {
+        BalloonFrequencyIndex guided;
+        guided.Reset(v.constData(), v.size());
+        const int expected = bruteForceIndex(v, frequency);
+        return BalloonFrequencyIndex::Find(v.constData(), v.size(), true, frequency) == expected
+            && guided.Find(v.constData(), v.size(), frequency) == expected;
+    };
     for (int round = 0; round < 3000; ++round) {
         // Few distinct values make duplicates and ties common.
         QList<double> v;
@@ -402,8 +412,21 @@ void tst_BalloonFileReader::frequencyIndexRandom()
         std::sort(v.begin(), v.end());
         for (int q = 0; q < 10; ++q) {
             const double frequency = double(rng.bounded(40)) * 0.125 - 0.5;
-            QCOMPARE(BalloonFrequencyIndex::Find(v.constData(), v.size(), true, frequency), bruteForceIndex(v, frequency));
+            QVERIFY2(check(v, frequency), qPrintable(QString::number(frequency)));
         }
+    }
+    // A 1/24-octave grid with a dense cluster, so that buckets hold none, one and many values.
+    QList<double> grid;
+    for (int i = 0; i < 240; ++i)
+        grid.append(20.0 * std::pow(2.0, i / 24.0));
+    for (int i = 0; i < 40; ++i)
+        grid.append(1000.0 + i * 1e-9);
+    std::sort(grid.begin(), grid.end());
+    for (int q = 0; q < 4000; ++q) {
+        const double frequency = q % 4 == 0 ? grid[rng.bounded(int(grid.size()))]
+            : q % 4 == 1                    ? 1000.0 + rng.generateDouble() * 5e-8
+                                            : rng.generateDouble() * 25000.0 - 10.0;
+        QVERIFY2(check(grid, frequency), qPrintable(QString::number(frequency, 'g', 17)));
     }
     const QList<double> descending{3, 2, 1};
     QVERIFY(!BalloonFrequencyIndex::IsBisectable(descending.constData(), descending.size()));

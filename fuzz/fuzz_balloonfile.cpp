@@ -34,8 +34,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const double *v = frequencies.constData();
     const qsizetype n = frequencies.size();
     if (BalloonFrequencyIndex::IsBisectable(v, n)) {
+        BalloonFrequencyIndex guided;
+        guided.Reset(v, n);
         for (double q : {query, n ? v[n / 2] + query * 1e-9 : query}) {
-            if (BalloonFrequencyIndex::Bisect(v, n, q) != BalloonFrequencyIndex::Scan(v, n, q))
+            const int scanned = BalloonFrequencyIndex::Scan(v, n, q);
+            if (BalloonFrequencyIndex::Bisect(v, n, q) != scanned || guided.Find(v, n, q) != scanned)
                 std::abort();
         }
     }

@@ -18,6 +18,10 @@
 #include <cmath>
 #include <stdexcept>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace {
 
 using Vocabulary::DefaultKey;
@@ -120,6 +124,72 @@ auto chooseTable(const Tables &tables, const QString &key) -> decltype(&tables.f
         }
     }
     return &tables.front();
+}
+
+// The bilinear weights of the corners (t, p), (t, p + 1), (t + 1, p) and (t + 1, p + 1).
+inline void cornerWeights(double tf, double pf, double (&w)[4])
+{
+    w[0] = (1 - tf) * (1 - pf);
+    w[1] = (1 - tf) * pf;
+    w[2] = tf * (1 - pf);
+    w[3] = tf * pf;
+}
+
+// Sums w * c and w * |c| over the corners of positive weight, in corner order. Two corners share
+// each vector instruction, the roots included, and the weights never leave the registers; a
+// skipped corner adds +0, which leaves both sums exactly as they were.
+inline void weightCorners(const Complex (&c)[4], double tf, double pf, Complex &sum, double &magnitudeSum)
+{
+#ifdef __SSE2__
+    const __m128d zero = _mm_setzero_pd();
+    const __m128d columns = _mm_set_pd(pf, 1 - pf);
+    __m128d total = zero;
+    __m128d magnitudes[2];
+    for (int pair = 0; pair < 2; ++pair) {
+        const __m128d a = _mm_set_pd(c[2 * pair].imag(), c[2 * pair].real());
+        const __m128d b = _mm_set_pd(c[2 * pair + 1].imag(), c[2 * pair + 1].real());
+        const __m128d weight = _mm_mul_pd(_mm_set1_pd(pair == 0 ? 1 - tf : tf), columns);
+        const __m128d use = _mm_cmpgt_pd(weight, zero);
+        const __m128d aa = _mm_mul_pd(a, a);
+        const __m128d bb = _mm_mul_pd(b, b);
+        magnitudes[pair] = _mm_and_pd(
+            use, _mm_mul_pd(_mm_sqrt_pd(_mm_add_pd(_mm_unpacklo_pd(aa, bb), _mm_unpackhi_pd(aa, bb))), weight));
+        total = _mm_add_pd(total, _mm_and_pd(_mm_unpacklo_pd(use, use), _mm_mul_pd(a, _mm_unpacklo_pd(weight, weight))));
+        total = _mm_add_pd(total, _mm_and_pd(_mm_unpackhi_pd(use, use), _mm_mul_pd(b, _mm_unpackhi_pd(weight, weight))));
+    }
+    double m = 0.0;
+    m += _mm_cvtsd_f64(magnitudes[0]);
+    m += _mm_cvtsd_f64(_mm_unpackhi_pd(magnitudes[0], magnitudes[0]));
+    m += _mm_cvtsd_f64(magnitudes[1]);
+    m += _mm_cvtsd_f64(_mm_unpackhi_pd(magnitudes[1], magnitudes[1]));
+    magnitudeSum = m;
+    sum = Complex(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
+#else
+    double w[4];
+    cornerWeights(tf, pf, w);
+    sum = Complex(0.0, 0.0);
+    magnitudeSum = 0.0;
+    for (int corner = 0; corner < 4; ++corner) {
+        if (w[corner] > 0) {
+            sum += c[corner] * w[corner];
+            magnitudeSum += c[corner].abs() * w[corner];
+        }
+    }
+#endif
+}
+
+// sqrt(x) >= y exactly as with the root, which is only taken where x lies within far more than
+// the rounding of either side of y * y.
+inline bool rootAtLeast(double x, double y)
+{
+    if (y > 1e-150 && y < 1e150) {
+        const double square = y * y;
+        if (x >= square * (1 + 0x1p-40))
+            return true;
+        if (x <= square * (1 - 0x1p-40))
+            return false;
+    }
+    return std::sqrt(x) >= y;
 }
 
 // std::round of a cell fraction in [-1, 1]: halves away from zero.
@@ -257,9 +327,10 @@ bool SourcePointDescriptor::ReadBalloonFile(const QString &key, const QString &p
     }
 
     std::vector<double> levelOffsets;
-    m_frequenciesSorted = false;
     reader.ReadFrequencies(m_frequencies, levelOffsets);
-    m_frequenciesSorted = BalloonFrequencyIndex::IsBisectable(m_frequencies.constData(), m_frequencies.size());
+    if (!m_frequencyIndex)
+        m_frequencyIndex = std::make_unique<BalloonFrequencyIndex>();
+    m_frequencyIndex->Reset(m_frequencies.constData(), m_frequencies.size());
 
     m_tables.push_back(Table{key, reader.ReadTable(levelOffsets)});
     m_tableCount.fetch_add(1, std::memory_order_release);
@@ -401,18 +472,8 @@ Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequen
     ClearUpperState(frequency, theta, phi);
     if (!m_balloonDataLoaded.load(std::memory_order_acquire))
         return Complex(0.0, 0.0);
-    return GetBalloonDataAtIndex(
-        key, BalloonFrequencyIndex::Find(m_frequencies.constData(), m_frequencies.size(), m_frequenciesSorted, frequency),
-        theta, phi, flushMount);
-}
+    const int frequencyIndex = m_frequencyIndex->Find(m_frequencies.constData(), m_frequencies.size(), frequency);
 
-Complex SourcePointDescriptor::GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi,
-                                                     bool flushMount) const
-{
-    if (!m_balloonDataLoaded.load(std::memory_order_acquire))
-        return Complex(0.0, 0.0);
-
-    // The private helpers are inlined here: this runs per frequency, direction and source point.
     if (m_hasNormalAngle) {
         phi += m_normalAngle;
         if (phi > 360.0)
@@ -441,25 +502,29 @@ Complex SourcePointDescriptor::GetBalloonDataAtIndex(const QString &key, int fre
         return Complex(data[flat]);
     };
 
-    // Two table rows are read; start fetching the second before the first arrives.
+    Complex corners[4];
     qint64 first;
-    if (tf > 0 && !__builtin_mul_overflow(qint64(frequencyIndex), qint64(m_nh), &first)
-        && !__builtin_add_overflow(first, t + 1, &first) && !__builtin_mul_overflow(first, stride, &first)
-        && !__builtin_add_overflow(first, p, &first) && first >= 0 && first < size)
-        __builtin_prefetch(data + first);
-
-    const double weights[4] = { (1 - tf) * (1 - pf), (1 - tf) * pf, tf * (1 - pf), tf * pf };
-    Complex sum(0.0, 0.0);
-    double magnitudeSum = 0.0;
-    for (int corner = 0; corner < 4; ++corner) {
-        const double w = weights[corner];
-        if (w > 0) {
-            const Complex c = at(t + corner / 2, p + corner % 2);
-            sum += c * w;
-            magnitudeSum += c.abs() * w;
-        }
+    if (!__builtin_mul_overflow(qint64(frequencyIndex), qint64(m_nh), &first) && !__builtin_add_overflow(first, t, &first)
+        && !__builtin_mul_overflow(first, stride, &first) && !__builtin_add_overflow(first, p, &first) && first >= 0
+        && first < size - stride - 1) {
+        // The whole cell lies inside the table, as it does for every direction of the grid: one
+        // check instead of four, and the corners read without waiting for the weights.
+        const std::complex<float> *cell = data + first;
+        corners[0] = Complex(cell[0]);
+        corners[1] = Complex(cell[1]);
+        corners[2] = Complex(cell[stride]);
+        corners[3] = Complex(cell[stride + 1]);
+    } else {
+        double weights[4];
+        cornerWeights(tf, pf, weights);
+        for (int corner = 0; corner < 4; ++corner)
+            corners[corner] = weights[corner] > 0 ? at(t + corner / 2, p + corner % 2) : Complex(0.0, 0.0);
     }
-    if (sum.abs() >= 0.99 * magnitudeSum)
+
+    Complex sum;
+    double magnitudeSum;
+    weightCorners(corners, tf, pf, sum, magnitudeSum);
+    if (rootAtLeast(sum.real() * sum.real() + sum.imag() * sum.imag(), 0.99 * magnitudeSum))
         return sum;
     // Opposite phases cancel: keep the weighted level, with the phase of the nearest corner.
     const Complex nearest = at(t + roundFraction(tf), p + roundFraction(pf));

@@ -9,8 +9,10 @@
 
 #include <atomic>
 #include <complex>
+#include <memory>
 #include <vector>
 
+class BalloonFrequencyIndex;
 class DspChannelDescriptor;
 
 /**
@@ -129,7 +131,6 @@ private:
     void ReadBalloonDataFromMap();
     void WaitForBackgroundRead();
     bool ReadBalloonFile(const QString &key, const QString &path);
-    Complex GetBalloonDataAtIndex(const QString &key, int frequencyIndex, double theta, double phi, bool flushMount) const;
     const Table *ChooseTable(const QString &key, bool flushMount) const;
 
     QString m_name;
@@ -154,7 +155,7 @@ private:
     bool m_fileHasFlushMount = false;
     double m_flushMount[6] = {};
     QList<double> m_frequencies;
-    bool m_frequenciesSorted = false; // ascending without NaN: snapping may bisect
+    std::unique_ptr<BalloonFrequencyIndex> m_frequencyIndex; // snaps lookups to m_frequencies
     std::vector<Table> m_tables;
     std::vector<Table> m_flushTables;
     std::atomic<int> m_tableCount{0};
