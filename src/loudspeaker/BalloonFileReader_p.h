@@ -95,6 +95,11 @@ public:
         double p = phi >= 0.0 && phi < 360.0 ? phi : std::fmod(phi, 360.0);
         if (p < 0)
             p += 360.0;
+        return TurnPhiIndex(p, symmetry, phiStepWidth);
+    }
+    /// PhiIndex() of a phi in [0, 360).
+    static double TurnPhiIndex(double p, int symmetry, double phiStepWidth)
+    {
         switch (symmetry) {
         case Tolvane::HalfSymmetry:
             if (p > 180.0)

@@ -29,6 +29,7 @@ public:
     {
         m_bisectable = IsBisectable(v, n);
         m_guide.clear();
+        m_buckets = 0;
         // Sorted values may still hold a -0 among zeros, whose bits would break the order.
         if (!m_bisectable || n < 2 || std::any_of(v, v + n, [](double f) { return std::signbit(f); }))
             return;
@@ -42,6 +43,7 @@ public:
         m_firstKey = first >> m_shift;
         const quint64 buckets = (last >> m_shift) - m_firstKey + 1;
         m_guide.resize(buckets + 1);
+        m_buckets = buckets;
         qsizetype i = 0;
         for (quint64 b = 0; b <= buckets; ++b) {
             while (i < n && (bits(v[i]) >> m_shift) - m_firstKey < b)
@@ -52,6 +54,17 @@ public:
 
     int Find(const double *v, qsizetype n, double frequency) const
     {
+        // Most lookups ask for a frequency of the grid: the first value of its bucket, or the
+        // next. Any earlier equal value would lie in the same bucket before it. Negative values
+        // and NaN wrap past the last bucket.
+        const quint64 bucket = (bits(frequency) >> m_shift) - m_firstKey;
+        if (bucket < m_buckets) {
+            const qsizetype lo = m_guide[bucket]; // below n: the last value lies in the last bucket
+            if (v[lo] == frequency)
+                return int(lo);
+            if (lo + 1 < n && v[lo + 1] == frequency)
+                return int(lo + 1);
+        }
         if (!m_bisectable)
             return Scan(v, n, frequency);
         if (n == 0 || std::isnan(frequency))
@@ -168,5 +181,6 @@ private:
     bool m_bisectable = false;
     int m_shift = 0;
     quint64 m_firstKey = 0;
+    quint64 m_buckets = 0; // 0 without a guide
     std::vector<int> m_guide; // first index of each bucket, and n at the end
 };

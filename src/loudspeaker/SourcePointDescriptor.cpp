@@ -135,49 +135,6 @@ inline void cornerWeights(double tf, double pf, double (&w)[4])
     w[3] = tf * pf;
 }
 
-// Sums w * c and w * |c| over the corners of positive weight, in corner order. Two corners share
-// each vector instruction, the roots included, and the weights never leave the registers; a
-// skipped corner adds +0, which leaves both sums exactly as they were.
-inline void weightCorners(const Complex (&c)[4], double tf, double pf, Complex &sum, double &magnitudeSum)
-{
-#ifdef __SSE2__
-    const __m128d zero = _mm_setzero_pd();
-    const __m128d columns = _mm_set_pd(pf, 1 - pf);
-    __m128d total = zero;
-    __m128d magnitudes[2];
-    for (int pair = 0; pair < 2; ++pair) {
-        const __m128d a = _mm_set_pd(c[2 * pair].imag(), c[2 * pair].real());
-        const __m128d b = _mm_set_pd(c[2 * pair + 1].imag(), c[2 * pair + 1].real());
-        const __m128d weight = _mm_mul_pd(_mm_set1_pd(pair == 0 ? 1 - tf : tf), columns);
-        const __m128d use = _mm_cmpgt_pd(weight, zero);
-        const __m128d aa = _mm_mul_pd(a, a);
-        const __m128d bb = _mm_mul_pd(b, b);
-        magnitudes[pair] = _mm_and_pd(
-            use, _mm_mul_pd(_mm_sqrt_pd(_mm_add_pd(_mm_unpacklo_pd(aa, bb), _mm_unpackhi_pd(aa, bb))), weight));
-        total = _mm_add_pd(total, _mm_and_pd(_mm_unpacklo_pd(use, use), _mm_mul_pd(a, _mm_unpacklo_pd(weight, weight))));
-        total = _mm_add_pd(total, _mm_and_pd(_mm_unpackhi_pd(use, use), _mm_mul_pd(b, _mm_unpackhi_pd(weight, weight))));
-    }
-    double m = 0.0;
-    m += _mm_cvtsd_f64(magnitudes[0]);
-    m += _mm_cvtsd_f64(_mm_unpackhi_pd(magnitudes[0], magnitudes[0]));
-    m += _mm_cvtsd_f64(magnitudes[1]);
-    m += _mm_cvtsd_f64(_mm_unpackhi_pd(magnitudes[1], magnitudes[1]));
-    magnitudeSum = m;
-    sum = Complex(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
-#else
-    double w[4];
-    cornerWeights(tf, pf, w);
-    sum = Complex(0.0, 0.0);
-    magnitudeSum = 0.0;
-    for (int corner = 0; corner < 4; ++corner) {
-        if (w[corner] > 0) {
-            sum += c[corner] * w[corner];
-            magnitudeSum += c[corner].abs() * w[corner];
-        }
-    }
-#endif
-}
-
 // sqrt(x) >= y exactly as with the root, which is only taken where x lies within far more than
 // the rounding of either side of y * y.
 inline bool rootAtLeast(double x, double y)
@@ -190,6 +147,140 @@ inline bool rootAtLeast(double x, double y)
             return false;
     }
     return std::sqrt(x) >= y;
+}
+
+#ifdef __SSE2__
+// One row of a cell: the real and imaginary parts of its two neighbouring corners (one load,
+// split so that squares, roots and weights need no shuffling), their weights and the mask of the
+// positive ones.
+struct CellRow {
+    __m128d re;
+    __m128d im;
+    __m128d weight;
+    __m128d use;
+};
+
+inline CellRow cellRow(const std::complex<float> *corners, double rowWeight, __m128d columns)
+{
+    __m128 pair = _mm_loadu_ps(reinterpret_cast<const float *>(corners));
+    pair = _mm_shuffle_ps(pair, pair, _MM_SHUFFLE(3, 1, 2, 0)); // re, re, im, im
+    const __m128d weight = _mm_mul_pd(_mm_set1_pd(rowWeight), columns);
+    return {_mm_cvtps_pd(pair), _mm_cvtps_pd(_mm_movehl_ps(pair, pair)), weight,
+            _mm_cmpgt_pd(weight, _mm_setzero_pd())};
+}
+
+// Adds w * c of the row's corners of positive weight to the (re, im) total, in corner order; a
+// skipped corner adds +0, which leaves the total exactly as it was.
+inline __m128d addWeighted(__m128d total, const CellRow &row)
+{
+    const __m128d reParts = _mm_and_pd(row.use, _mm_mul_pd(row.re, row.weight));
+    const __m128d imParts = _mm_and_pd(row.use, _mm_mul_pd(row.im, row.weight));
+    total = _mm_add_pd(total, _mm_unpacklo_pd(reParts, imParts));
+    return _mm_add_pd(total, _mm_unpackhi_pd(reParts, imParts));
+}
+
+inline __m128d squaredMagnitudes(const CellRow &row)
+{
+    return _mm_add_pd(_mm_mul_pd(row.re, row.re), _mm_mul_pd(row.im, row.im));
+}
+#endif
+
+// Sums w * c and w * |c| over the corners (t, p), (t, p + 1), (t + 1, p) and (t + 1, p + 1) of
+// positive weight, at cell[0], cell[1], cell[stride] and cell[stride + 1], in that order, and
+// tells whether the phases keep the sum (|sum| >= 0.99 * sum of w * |c|).
+inline bool interpolateCell(const std::complex<float> *cell, qint64 stride, double tf, double pf, Complex &sum,
+                            double &magnitudeSum)
+{
+#ifdef __SSE2__
+    const __m128d columns = _mm_set_pd(pf, 1 - pf);
+    __m128d total = _mm_setzero_pd();
+    double m = 0.0;
+    for (int row = 0; row < 2; ++row) {
+        const CellRow r = cellRow(cell + row * stride, row == 0 ? 1 - tf : tf, columns);
+        total = addWeighted(total, r);
+        const __m128d magnitudes = _mm_and_pd(r.use, _mm_mul_pd(_mm_sqrt_pd(squaredMagnitudes(r)), r.weight));
+        m += _mm_cvtsd_f64(magnitudes);
+        m += _mm_cvtsd_f64(_mm_unpackhi_pd(magnitudes, magnitudes));
+    }
+    magnitudeSum = m;
+    sum = Complex(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
+#else
+    double w[4];
+    cornerWeights(tf, pf, w);
+    const Complex corners[4] = {Complex(cell[0]), Complex(cell[1]), Complex(cell[stride]), Complex(cell[stride + 1])};
+    sum = Complex(0.0, 0.0);
+    magnitudeSum = 0.0;
+    for (int corner = 0; corner < 4; ++corner) {
+        if (w[corner] > 0) {
+            sum += corners[corner] * w[corner];
+            magnitudeSum += corners[corner].abs() * w[corner];
+        }
+    }
+#endif
+    return rootAtLeast(sum.real() * sum.real() + sum.imag() * sum.imag(), 0.99 * magnitudeSum);
+}
+
+// A cell inside a table: its corner (t, p), the stride to the next row and the fractions.
+struct Cell {
+    const std::complex<float> *values = nullptr;
+    qint64 stride = 0;
+    double tf = 0.0;
+    double pf = 0.0;
+};
+
+// The value of a cell inside the table, deciding the cancellation rule with the roots.
+Q_NEVER_INLINE Complex exactCell(const std::complex<float> *cell, qint64 stride, double tf, double pf)
+{
+    Complex sum;
+    double magnitudeSum;
+    if (interpolateCell(cell, stride, tf, pf, sum, magnitudeSum))
+        return sum;
+    // Opposite phases cancel: keep the weighted level, with the phase of the nearest corner.
+    const Complex nearest(cell[(tf >= 0.5 ? stride : 0) + (pf >= 0.5 ? 1 : 0)]);
+    return Complex::fromPolar(magnitudeSum, nearest.arg());
+}
+
+// The weighted sum of interpolateCell(), and a test without roots that is sufficient for the
+// cancellation rule to keep it. The weights add up to at most 1 plus rounding, so Cauchy-Schwarz
+// gives (sum of w|c|)^2 <= sum of w|c|^2: when |sum|^2 >= 0.99^2 * sum of w|c|^2, with a margin
+// far above every rounding of either side, the rule keeps the sum. Squares of single-precision
+// values are exact and far from overflow; tiny cells, where underflow could eat the margin, and
+// NaN fail the test and are decided the exact way.
+struct WeightedSum {
+    Complex value;
+    bool keepsPhases;
+};
+
+inline WeightedSum weightedSum(const std::complex<float> *cell, qint64 stride, double tf, double pf)
+{
+    constexpr double Factor = 0.99 * 0.99 * (1 + 0x1p-40);
+    Complex sum;
+#ifdef __SSE2__
+    const __m128d columns = _mm_set_pd(pf, 1 - pf);
+    __m128d total = _mm_setzero_pd();
+    __m128d squares = _mm_setzero_pd();
+    for (int row = 0; row < 2; ++row) {
+        const CellRow r = cellRow(cell + row * stride, row == 0 ? 1 - tf : tf, columns);
+        total = addWeighted(total, r);
+        squares = _mm_add_pd(squares, _mm_and_pd(r.use, _mm_mul_pd(squaredMagnitudes(r), r.weight)));
+    }
+    const double q = _mm_cvtsd_f64(squares) + _mm_cvtsd_f64(_mm_unpackhi_pd(squares, squares));
+    sum = Complex(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
+#else
+    double w[4];
+    cornerWeights(tf, pf, w);
+    const Complex corners[4] = {Complex(cell[0]), Complex(cell[1]), Complex(cell[stride]), Complex(cell[stride + 1])};
+    sum = Complex(0.0, 0.0);
+    double q = 0.0;
+    for (int corner = 0; corner < 4; ++corner) {
+        if (w[corner] > 0) {
+            sum += corners[corner] * w[corner];
+            q += (corners[corner].real() * corners[corner].real() + corners[corner].imag() * corners[corner].imag())
+                * w[corner];
+        }
+    }
+#endif
+    return {sum, q >= 0x1p-800 && sum.real() * sum.real() + sum.imag() * sum.imag() >= Factor * q};
 }
 
 // std::round of a cell fraction in [-1, 1]: halves away from zero.
@@ -331,6 +422,7 @@ bool SourcePointDescriptor::ReadBalloonFile(const QString &key, const QString &p
     if (!m_frequencyIndex)
         m_frequencyIndex = std::make_unique<BalloonFrequencyIndex>();
     m_frequencyIndex->Reset(m_frequencies.constData(), m_frequencies.size());
+    m_compactGrid = m_nh >= 0 && m_nv >= 0 && qint64(m_frequencies.size()) * m_nh < (qint64(1) << 31);
 
     m_tables.push_back(Table{key, reader.ReadTable(levelOffsets)});
     m_tableCount.fetch_add(1, std::memory_order_release);
@@ -456,15 +548,65 @@ const std::complex<float> *SourcePointDescriptor::GetRawBalloonData(const QStrin
     return table && !table->values.empty() ? table->values.data() : nullptr;
 }
 
-double SourcePointDescriptor::GetPhiWithNormalAngle(double phi) const
+// The cell of a direction, for directions whose cell lies in a table of a plausible grid: no
+// overflow or per-corner checks, and few enough instructions that consecutive lookups overlap
+// their table reads. Everything else takes the checked way, with the same results where both go.
+struct SourcePointDescriptor::Lookup
 {
-    if (m_hasNormalAngle) {
-        phi += m_normalAngle;
-        if (phi > 360.0)
-            phi -= 360.0;
+    // The corner (t, p) and the fractions in [0, 1], where the checked way would find the same
+    // cell inside the table; null values otherwise. Returned, not written through references, so
+    // that the lookup's exits stay tail calls.
+    Q_ALWAYS_INLINE static Cell Locate(const SourcePointDescriptor &s, const Table *table, double frequency,
+                                       double theta, double phi, bool flushMount)
+    {
+        const double rotated = s.GetPhiWithNormalAngle(phi);
+        if (!table || !s.m_compactGrid || (flushMount && s.m_fileHasFlushMount) || !(rotated >= 0.0 && rotated < 360.0))
+            return {};
+        const int f = s.m_frequencyIndex->Find(s.m_frequencies.constData(), s.m_frequencies.size(), frequency);
+        const double tt = theta / s.m_thetaStepWidth;
+        const double pp = BalloonFileReader::TurnPhiIndex(rotated, s.m_symmetryValue, s.m_phiStepWidth);
+        constexpr double Limit = 2147483648.0; // with the grid's bounds, no index product overflows
+        if (f < 0 || !(tt >= 0 && tt < Limit && pp >= 0 && pp < Limit))
+            return {};
+        // interpolationIndex() for indices known to lie in [0, 2^31), whose fractions are not negative
+        Cell cell;
+        qint64 t = qint64(tt);
+        qint64 p = qint64(pp);
+        cell.tf = tt - double(t);
+        cell.pf = pp - double(p);
+        if (t > 0 && cell.tf <= 0.0) {
+            cell.tf = 1.0;
+            --t;
+        }
+        if (p > 0 && cell.pf <= 0.0) {
+            cell.pf = 1.0;
+            --p;
+        }
+        cell.stride = s.m_nv;
+        const qint64 first = (f * qint64(s.m_nh) + t) * cell.stride + p;
+        if (first >= qint64(table->values.size()) - cell.stride - 1)
+            return {};
+        cell.values = table->values.data() + first;
+        return cell;
     }
-    return phi;
-}
+
+    Q_ALWAYS_INLINE static Complex Value(const SourcePointDescriptor &s, const Table *table, const QString &key,
+                                         double frequency, double theta, double phi, bool flushMount)
+    {
+        const Cell cell = Locate(s, table, frequency, theta, phi, flushMount);
+        if (!cell.values)
+            return s.GetCheckedBalloonData(key, frequency, theta, phi, flushMount);
+        const WeightedSum sum = weightedSum(cell.values, cell.stride, cell.tf, cell.pf);
+        return sum.keepsPhases ? sum.value : exactCell(cell.values, cell.stride, cell.tf, cell.pf);
+    }
+
+    // Several tables: comparing keys takes calls, which would cost the lookup a stack frame.
+    Q_NEVER_INLINE static Complex KeyedValue(const SourcePointDescriptor &s, const QString &key, double frequency,
+                                             double theta, double phi, bool flushMount)
+    {
+        return Value(s, chooseTable(s.m_tables, key), key, frequency, theta, phi, flushMount);
+    }
+};
 
 Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequency, double theta, double phi,
                                               bool flushMount)
@@ -472,13 +614,16 @@ Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequen
     ClearUpperState(frequency, theta, phi);
     if (!m_balloonDataLoaded.load(std::memory_order_acquire))
         return Complex(0.0, 0.0);
-    const int frequencyIndex = m_frequencyIndex->Find(m_frequencies.constData(), m_frequencies.size(), frequency);
+    if (m_tables.size() != 1)
+        return Lookup::KeyedValue(*this, key, frequency, theta, phi, flushMount);
+    return Lookup::Value(*this, &m_tables.front(), key, frequency, theta, phi, flushMount);
+}
 
-    if (m_hasNormalAngle) {
-        phi += m_normalAngle;
-        if (phi > 360.0)
-            phi -= 360.0;
-    }
+Q_NEVER_INLINE Complex SourcePointDescriptor::GetCheckedBalloonData(const QString &key, double frequency, double theta,
+                                                                    double phi, bool flushMount) const
+{
+    const int frequencyIndex = m_frequencyIndex->Find(m_frequencies.constData(), m_frequencies.size(), frequency);
+    phi = GetPhiWithNormalAngle(phi);
     const bool flush = flushMount && m_fileHasFlushMount;
     double tf;
     double pf;
@@ -499,34 +644,20 @@ Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequen
             || __builtin_mul_overflow(flat, stride, &flat) || __builtin_add_overflow(flat, pp, &flat) || flat < 0
             || flat >= size)
             throw std::out_of_range("invalid vector subscript");
-        return Complex(data[flat]);
+        return data[flat];
     };
 
-    Complex corners[4];
-    qint64 first;
-    if (!__builtin_mul_overflow(qint64(frequencyIndex), qint64(m_nh), &first) && !__builtin_add_overflow(first, t, &first)
-        && !__builtin_mul_overflow(first, stride, &first) && !__builtin_add_overflow(first, p, &first) && first >= 0
-        && first < size - stride - 1) {
-        // The whole cell lies inside the table, as it does for every direction of the grid: one
-        // check instead of four, and the corners read without waiting for the weights.
-        const std::complex<float> *cell = data + first;
-        corners[0] = Complex(cell[0]);
-        corners[1] = Complex(cell[1]);
-        corners[2] = Complex(cell[stride]);
-        corners[3] = Complex(cell[stride + 1]);
-    } else {
-        double weights[4];
-        cornerWeights(tf, pf, weights);
-        for (int corner = 0; corner < 4; ++corner)
-            corners[corner] = weights[corner] > 0 ? at(t + corner / 2, p + corner % 2) : Complex(0.0, 0.0);
+    double weights[4];
+    cornerWeights(tf, pf, weights);
+    std::complex<float> corners[4];
+    for (int corner = 0; corner < 4; ++corner) {
+        if (weights[corner] > 0)
+            corners[corner] = at(t + corner / 2, p + corner % 2);
     }
-
     Complex sum;
     double magnitudeSum;
-    weightCorners(corners, tf, pf, sum, magnitudeSum);
-    if (rootAtLeast(sum.real() * sum.real() + sum.imag() * sum.imag(), 0.99 * magnitudeSum))
+    if (interpolateCell(corners, 2, tf, pf, sum, magnitudeSum))
         return sum;
-    // Opposite phases cancel: keep the weighted level, with the phase of the nearest corner.
-    const Complex nearest = at(t + roundFraction(tf), p + roundFraction(pf));
+    const Complex nearest(at(t + roundFraction(tf), p + roundFraction(pf)));
     return Complex::fromPolar(magnitudeSum, nearest.arg());
 }

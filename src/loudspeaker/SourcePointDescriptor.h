@@ -116,7 +116,15 @@ public:
     /// First value of the chosen table; null before loading and for an empty table.
     const std::complex<float> *GetRawBalloonData(const QString &key, bool flushMount) const;
     /// Phi plus the first "default" normal angle (360 subtracted once above 360).
-    double GetPhiWithNormalAngle(double phi) const;
+    double GetPhiWithNormalAngle(double phi) const
+    {
+        if (m_hasNormalAngle) {
+            phi += m_normalAngle;
+            if (phi > 360.0)
+                phi -= 360.0;
+        }
+        return phi;
+    }
 
 Q_SIGNALS:
     /// A balloon file has been read completely (emitted from the reading thread).
@@ -132,6 +140,10 @@ private:
     void WaitForBackgroundRead();
     bool ReadBalloonFile(const QString &key, const QString &path);
     const Table *ChooseTable(const QString &key, bool flushMount) const;
+    struct Lookup; // the short way of GetBalloonData(), for cells inside a table
+    /// GetBalloonData() of a loaded point with every index checked.
+    Complex GetCheckedBalloonData(const QString &key, double frequency, double theta, double phi,
+                                  bool flushMount) const;
 
     QString m_name;
     QMap<QString, Point> m_origins;
@@ -147,6 +159,7 @@ private:
 
     qint32 m_nh = 0;
     qint32 m_nv = 0;
+    bool m_compactGrid = false; // NH, NV >= 0 and F * NH < 2^31: lookups may skip overflow checks
     double m_thetaStepWidth = 0.0;
     double m_phiStepWidth = 0.0;
     int m_symmetryValue = 0; // as stored: files may hold any 32-bit value
