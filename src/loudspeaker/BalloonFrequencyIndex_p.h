@@ -56,7 +56,7 @@ public:
     {
         // Most lookups ask for a frequency of the grid: the first value of its bucket, or the
         // next. Any earlier equal value would lie in the same bucket before it. Negative values
-        // and NaN wrap past the last bucket.
+        // wrap past the last bucket, and NaN equals nothing.
         const quint64 bucket = (bits(frequency) >> m_shift) - m_firstKey;
         if (bucket < m_buckets) {
             const qsizetype lo = m_guide[bucket]; // below n: the last value lies in the last bucket

@@ -548,14 +548,13 @@ const std::complex<float> *SourcePointDescriptor::GetRawBalloonData(const QStrin
     return table && !table->values.empty() ? table->values.data() : nullptr;
 }
 
-// The cell of a direction, for directions whose cell lies in a table of a plausible grid: no
-// overflow or per-corner checks, and few enough instructions that consecutive lookups overlap
-// their table reads. Everything else takes the checked way, with the same results where both go.
+// The short way of GetBalloonData(), for directions whose cell lies in a table of a plausible
+// grid: no overflow or per-corner checks, and no roots unless the phases nearly cancel. Everything
+// else takes the checked way, with the same results where both go.
 struct SourcePointDescriptor::Lookup
 {
     // The corner (t, p) and the fractions in [0, 1], where the checked way would find the same
-    // cell inside the table; null values otherwise. Returned, not written through references, so
-    // that the lookup's exits stay tail calls.
+    // cell inside the table; null values otherwise.
     Q_ALWAYS_INLINE static Cell Locate(const SourcePointDescriptor &s, const Table *table, double frequency,
                                        double theta, double phi, bool flushMount)
     {
@@ -589,23 +588,6 @@ struct SourcePointDescriptor::Lookup
         cell.values = table->values.data() + first;
         return cell;
     }
-
-    Q_ALWAYS_INLINE static Complex Value(const SourcePointDescriptor &s, const Table *table, const QString &key,
-                                         double frequency, double theta, double phi, bool flushMount)
-    {
-        const Cell cell = Locate(s, table, frequency, theta, phi, flushMount);
-        if (!cell.values)
-            return s.GetCheckedBalloonData(key, frequency, theta, phi, flushMount);
-        const WeightedSum sum = weightedSum(cell.values, cell.stride, cell.tf, cell.pf);
-        return sum.keepsPhases ? sum.value : exactCell(cell.values, cell.stride, cell.tf, cell.pf);
-    }
-
-    // Several tables: comparing keys takes calls, which would cost the lookup a stack frame.
-    Q_NEVER_INLINE static Complex KeyedValue(const SourcePointDescriptor &s, const QString &key, double frequency,
-                                             double theta, double phi, bool flushMount)
-    {
-        return Value(s, chooseTable(s.m_tables, key), key, frequency, theta, phi, flushMount);
-    }
 };
 
 Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequency, double theta, double phi,
@@ -614,9 +596,11 @@ Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequen
     ClearUpperState(frequency, theta, phi);
     if (!m_balloonDataLoaded.load(std::memory_order_acquire))
         return Complex(0.0, 0.0);
-    if (m_tables.size() != 1)
-        return Lookup::KeyedValue(*this, key, frequency, theta, phi, flushMount);
-    return Lookup::Value(*this, &m_tables.front(), key, frequency, theta, phi, flushMount);
+    const Cell cell = Lookup::Locate(*this, chooseTable(m_tables, key), frequency, theta, phi, flushMount);
+    if (!cell.values)
+        return GetCheckedBalloonData(key, frequency, theta, phi, flushMount);
+    const WeightedSum sum = weightedSum(cell.values, cell.stride, cell.tf, cell.pf);
+    return sum.keepsPhases ? sum.value : exactCell(cell.values, cell.stride, cell.tf, cell.pf);
 }
 
 Q_NEVER_INLINE Complex SourcePointDescriptor::GetCheckedBalloonData(const QString &key, double frequency, double theta,
