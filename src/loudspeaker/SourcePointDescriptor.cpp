@@ -253,9 +253,8 @@ struct WeightedSum {
 
 inline WeightedSum weightedSum(const std::complex<float> *cell, qint64 stride, double tf, double pf)
 {
-    constexpr double Factor = 0.99 * 0.99 * (1 + 0x1p-40);
-    Complex sum;
 #ifdef __SSE2__
+    constexpr double Factor = 0.99 * 0.99 * (1 + 0x1p-40);
     const __m128d columns = _mm_set_pd(pf, 1 - pf);
     __m128d total = _mm_setzero_pd();
     __m128d squares = _mm_setzero_pd();
@@ -265,22 +264,15 @@ inline WeightedSum weightedSum(const std::complex<float> *cell, qint64 stride, d
         squares = _mm_add_pd(squares, _mm_and_pd(r.use, _mm_mul_pd(squaredMagnitudes(r), r.weight)));
     }
     const double q = _mm_cvtsd_f64(squares) + _mm_cvtsd_f64(_mm_unpackhi_pd(squares, squares));
-    sum = Complex(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
-#else
-    double w[4];
-    cornerWeights(tf, pf, w);
-    const Complex corners[4] = {Complex(cell[0]), Complex(cell[1]), Complex(cell[stride]), Complex(cell[stride + 1])};
-    sum = Complex(0.0, 0.0);
-    double q = 0.0;
-    for (int corner = 0; corner < 4; ++corner) {
-        if (w[corner] > 0) {
-            sum += corners[corner] * w[corner];
-            q += (corners[corner].real() * corners[corner].real() + corners[corner].imag() * corners[corner].imag())
-                * w[corner];
-        }
-    }
-#endif
+    const Complex sum(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
     return {sum, q >= 0x1p-800 && sum.real() * sum.real() + sum.imag() * sum.imag() >= Factor * q};
+#else
+    // Elsewhere the rule itself decides.
+    WeightedSum result;
+    double magnitudeSum;
+    result.keepsPhases = interpolateCell(cell, stride, tf, pf, result.value, magnitudeSum);
+    return result;
+#endif
 }
 
 // std::round of a cell fraction in [-1, 1]: halves away from zero.
