@@ -54,6 +54,15 @@ inline Data cancelling()
     return data;
 }
 
+// Four corners of modulus 1 and phase 0, except the last (theta 10, phi 10): 1000 dB, beyond
+// single precision, so it is stored as infinity.
+inline Data overflowing()
+{
+    Data data = linearGrid({1000.0}, 2, 2, 10.0, 10.0);
+    data.magnitudes = {0.0, 0.0, 0.0, 1000.0};
+    return data;
+}
+
 // A different grid, byte-scaled over the data's own ranges: every value 0 dB and 180 degrees
 // except the first (-40 dB, -180 degrees), which thus store the bytes 255 and 0.
 inline Data wide()
@@ -130,6 +139,7 @@ inline QMap<QString, QByteArray> all()
     files.insert(QStringLiteral("linear_quarter.bin"), bytes(linear(Tolvane::QuarterSymmetry, 3)));
     files.insert(QStringLiteral("linear_rotational.bin"), bytes(linear(Tolvane::RotationalSymmetry, 1)));
     files.insert(QStringLiteral("cancel.bin"), bytes(cancelling()));
+    files.insert(QStringLiteral("overflow.bin"), bytes(overflowing()));
     files.insert(QStringLiteral("wide.bin"), bytes(wide(), Tolvane::ByteScaled));
     files.insert(QStringLiteral("flush.bin"), bytes(flush()));
     files.insert(QStringLiteral("empty.bin"), QByteArray());

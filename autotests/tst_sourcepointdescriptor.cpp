@@ -434,6 +434,11 @@ void tst_SourcePointDescriptor::hostileFiles()
     // No corner has a positive weight for a NaN direction: nothing is read.
     QCOMPARE(empty->GetBalloonData("default", 100.0, qQNaN(), 0.0, false), Complex(0, 0));
 
+    // An infinite corner counts only where it has weight.
+    const auto overflow = loaded(single("overflow.bin"));
+    QCOMPARE(overflow->GetBalloonData("default", 1000.0, 0.0, 5.0, false), Complex(1, 0));
+    QCOMPARE(overflow->GetBalloonData("default", 1000.0, 5.0, 5.0, false), Complex(qInf(), 0));
+
     // A good file, then a refused one: the worker must survive and the point ends unloaded.
     SourcePointDescriptor point;
     SignalCounter signal(point);

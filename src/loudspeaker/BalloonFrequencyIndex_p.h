@@ -54,22 +54,30 @@ public:
 
     int Find(const double *v, qsizetype n, double frequency) const
     {
-        // Most lookups ask for a frequency of the grid: the first value of its bucket, or the
-        // next. Any earlier equal value would lie in the same bucket before it. Negative values
-        // wrap past the last bucket, and NaN equals nothing.
-        const quint64 bucket = (bits(frequency) >> m_shift) - m_firstKey;
-        if (bucket < m_buckets) {
-            const qsizetype lo = m_guide[bucket]; // below n: the last value lies in the last bucket
-            if (v[lo] == frequency)
-                return int(lo);
-            if (lo + 1 < n && v[lo + 1] == frequency)
-                return int(lo + 1);
-        }
+        const int onGrid = FindOnGrid(v, n, frequency);
+        if (onGrid >= 0)
+            return onGrid;
         if (!m_bisectable)
             return Scan(v, n, frequency);
         if (n == 0 || std::isnan(frequency))
             return -1;
         return Snap(v, n, GuidedLowerBound(v, n, frequency), frequency);
+    }
+
+    /// Find() of the frequencies that most lookups ask for, those of the grid that are the first
+    /// or second value of their bucket; -1 for any other. Any earlier equal value would lie in
+    /// the same bucket before it. Negative values wrap past the last bucket, and NaN equals nothing.
+    int FindOnGrid(const double *v, qsizetype n, double frequency) const
+    {
+        const quint64 bucket = (bits(frequency) >> m_shift) - m_firstKey;
+        if (Q_LIKELY(bucket < m_buckets)) {
+            const qsizetype lo = m_guide[bucket]; // below n: the last value lies in the last bucket
+            if (Q_LIKELY(v[lo] == frequency))
+                return int(lo);
+            if (lo + 1 < n && v[lo + 1] == frequency)
+                return int(lo + 1);
+        }
+        return -1;
     }
 
     /// True when the vector is ascending (duplicates allowed) and holds no NaN.

@@ -246,6 +246,8 @@ Q_NEVER_INLINE Complex exactCell(const std::complex<float> *cell, qint64 stride,
 // far above every rounding of either side, the rule keeps the sum. Squares of single-precision
 // values are exact and far from overflow; tiny cells, where underflow could eat the margin, and
 // NaN fail the test and are decided the exact way.
+// Corners of weight zero are added too: a finite one adds a zero, which leaves a sum that started
+// at +0 exactly as it was; an infinite or NaN one makes the sum NaN, which goes the exact way.
 struct WeightedSum {
     Complex value;
     bool keepsPhases;
@@ -255,13 +257,18 @@ inline WeightedSum weightedSum(const std::complex<float> *cell, qint64 stride, d
 {
 #ifdef __SSE2__
     constexpr double Factor = 0.99 * 0.99 * (1 + 0x1p-40);
-    const __m128d columns = _mm_set_pd(pf, 1 - pf);
+    double w[4];
+    cornerWeights(tf, pf, w);
     __m128d total = _mm_setzero_pd();
     __m128d squares = _mm_setzero_pd();
     for (int row = 0; row < 2; ++row) {
-        const CellRow r = cellRow(cell + row * stride, row == 0 ? 1 - tf : tf, columns);
-        total = addWeighted(total, r);
-        squares = _mm_add_pd(squares, _mm_and_pd(r.use, _mm_mul_pd(squaredMagnitudes(r), r.weight)));
+        const __m128 pair = _mm_loadu_ps(reinterpret_cast<const float *>(cell + row * stride));
+        const __m128d corners[2] = {_mm_cvtps_pd(pair), _mm_cvtps_pd(_mm_movehl_ps(pair, pair))};
+        for (int column = 0; column < 2; ++column) {
+            const __m128d part = _mm_mul_pd(corners[column], _mm_set1_pd(w[2 * row + column]));
+            total = _mm_add_pd(total, part);
+            squares = _mm_add_pd(squares, _mm_mul_pd(part, corners[column]));
+        }
     }
     const double q = _mm_cvtsd_f64(squares) + _mm_cvtsd_f64(_mm_unpackhi_pd(squares, squares));
     const Complex sum(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
@@ -547,17 +554,17 @@ struct SourcePointDescriptor::Lookup
 {
     // The corner (t, p) and the fractions in [0, 1], where the checked way would find the same
     // cell inside the table; null values otherwise.
-    Q_ALWAYS_INLINE static Cell Locate(const SourcePointDescriptor &s, const Table *table, double frequency,
-                                       double theta, double phi, bool flushMount)
+    Q_ALWAYS_INLINE static Cell Locate(const SourcePointDescriptor &s, const Table *table, int f, double theta,
+                                       double phi, bool flushMount)
     {
         const double rotated = s.GetPhiWithNormalAngle(phi);
-        if (!table || !s.m_compactGrid || (flushMount && s.m_fileHasFlushMount) || !(rotated >= 0.0 && rotated < 360.0))
+        if (Q_UNLIKELY(!table || !s.m_compactGrid || (flushMount && s.m_fileHasFlushMount)
+                       || !(rotated >= 0.0 && rotated < 360.0)))
             return {};
-        const int f = s.m_frequencyIndex->Find(s.m_frequencies.constData(), s.m_frequencies.size(), frequency);
         const double tt = theta / s.m_thetaStepWidth;
         const double pp = BalloonFileReader::TurnPhiIndex(rotated, s.m_symmetryValue, s.m_phiStepWidth);
         constexpr double Limit = 2147483648.0; // with the grid's bounds, no index product overflows
-        if (f < 0 || !(tt >= 0 && tt < Limit && pp >= 0 && pp < Limit))
+        if (Q_UNLIKELY(f < 0 || !(tt >= 0 && tt < Limit && pp >= 0 && pp < Limit)))
             return {};
         // interpolationIndex() for indices known to lie in [0, 2^31), whose fractions are not negative
         Cell cell;
@@ -575,10 +582,22 @@ struct SourcePointDescriptor::Lookup
         }
         cell.stride = s.m_nv;
         const qint64 first = (f * qint64(s.m_nh) + t) * cell.stride + p;
-        if (first >= qint64(table->values.size()) - cell.stride - 1)
+        if (Q_UNLIKELY(first >= qint64(table->values.size()) - cell.stride - 1))
             return {};
         cell.values = table->values.data() + first;
         return cell;
+    }
+
+    // The value at a direction in `table` at the frequency with index f (-1: none); everything
+    // outside the short way's bounds is handed to the checked way.
+    Q_ALWAYS_INLINE static Complex Value(const SourcePointDescriptor &s, const Table *table, int f, const QString &key,
+                                         double frequency, double theta, double phi, bool flushMount)
+    {
+        const Cell cell = Locate(s, table, f, theta, phi, flushMount);
+        if (Q_UNLIKELY(!cell.values))
+            return s.GetCheckedBalloonData(key, frequency, theta, phi, flushMount);
+        const WeightedSum sum = weightedSum(cell.values, cell.stride, cell.tf, cell.pf);
+        return Q_LIKELY(sum.keepsPhases) ? sum.value : exactCell(cell.values, cell.stride, cell.tf, cell.pf);
     }
 };
 
@@ -586,13 +605,23 @@ Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequen
                                               bool flushMount)
 {
     ClearUpperState(frequency, theta, phi);
-    if (!m_balloonDataLoaded.load(std::memory_order_acquire))
+    if (Q_UNLIKELY(!m_balloonDataLoaded.load(std::memory_order_acquire)))
         return Complex(0.0, 0.0);
-    const Cell cell = Lookup::Locate(*this, chooseTable(m_tables, key), frequency, theta, phi, flushMount);
-    if (!cell.values)
-        return GetCheckedBalloonData(key, frequency, theta, phi, flushMount);
-    const WeightedSum sum = weightedSum(cell.values, cell.stride, cell.tf, cell.pf);
-    return sum.keepsPhases ? sum.value : exactCell(cell.values, cell.stride, cell.tf, cell.pf);
+    // A point with one table asked for a frequency of its grid, the usual case, needs no call
+    // (and no registers saved for one): no key comparison and no search.
+    const int f = Q_LIKELY(m_tables.size() == 1)
+        ? m_frequencyIndex->FindOnGrid(m_frequencies.constData(), m_frequencies.size(), frequency)
+        : -1;
+    if (Q_UNLIKELY(f < 0))
+        return GetSearchedBalloonData(key, frequency, theta, phi, flushMount);
+    return Lookup::Value(*this, &m_tables.front(), f, key, frequency, theta, phi, flushMount);
+}
+
+Q_NEVER_INLINE Complex SourcePointDescriptor::GetSearchedBalloonData(const QString &key, double frequency,
+                                                                     double theta, double phi, bool flushMount) const
+{
+    const int f = m_frequencyIndex->Find(m_frequencies.constData(), m_frequencies.size(), frequency);
+    return Lookup::Value(*this, chooseTable(m_tables, key), f, key, frequency, theta, phi, flushMount);
 }
 
 Q_NEVER_INLINE Complex SourcePointDescriptor::GetCheckedBalloonData(const QString &key, double frequency, double theta,

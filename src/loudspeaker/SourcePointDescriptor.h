@@ -141,6 +141,8 @@ private:
     bool ReadBalloonFile(const QString &key, const QString &path);
     const Table *ChooseTable(const QString &key, bool flushMount) const;
     struct Lookup; // the short way of GetBalloonData(), for cells inside a table
+    /// GetBalloonData() of a loaded point with the table chosen by key and the frequency searched.
+    Complex GetSearchedBalloonData(const QString &key, double frequency, double theta, double phi, bool flushMount) const;
     /// GetBalloonData() of a loaded point with every index checked.
     Complex GetCheckedBalloonData(const QString &key, double frequency, double theta, double phi,
                                   bool flushMount) const;
