@@ -100,6 +100,38 @@ private Q_SLOTS:
         QVERIFY(LoadJsonFile(path).isEmpty());
     }
 
+    // The position is that of the character the parser refused, as an editor counts it.
+    void syntaxErrorPosition_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("line");
+        QTest::addColumn<int>("column");
+        QTest::newRow("block comment") << QByteArray("{\n  \"a\": 1,\n  /* c */\n}") << 3 << 3;
+        QTest::newRow("missing comma") << QByteArray("{\n \"a\": 1 \"b\": 2\n}") << 2 << 9;
+        QTest::newRow("columns count characters") << QByteArray("{\"\xc3\xa4\": \"\xc3\xb6\", x}") << 1 << 12;
+        QTest::newRow("stripped comment above") << QByteArray("{ // a comment\r\n \"a\": tru\r\n}") << 2 << 7;
+        QTest::newRow("comma before the brace") << QByteArray("{\n \"a\": 1,\n}") << 3 << 1;
+        QTest::newRow("garbage after the object") << QByteArray("{\n \"a\": 1\n}\n}") << 4 << 1;
+        QTest::newRow("end of file") << QByteArray("{\"a\": [1, 2") << 1 << 11;
+    }
+
+    void syntaxErrorPosition()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(int, line);
+        QFETCH(int, column);
+        const JsonReadResult result = ReadJsonFile(writeFile(QStringLiteral("position.json"), content));
+        QVERIFY(!result.ok());
+        QVERIFY(result.map.isEmpty());
+        QCOMPARE(result.line, line);
+        QCOMPARE(result.column, column);
+        QVERIFY(result.ErrorText().startsWith(QStringLiteral("line %1, column %2: ").arg(line).arg(column)));
+
+        const JsonReadResult missing = ReadJsonFile(directory.filePath(QStringLiteral("none.json")));
+        QCOMPARE(missing.line, 0);
+        QVERIFY(!missing.ok());
+    }
+
     void nonObjectDocumentsGiveEmptyMapsSilently_data()
     {
         QTest::addColumn<QByteArray>("content");

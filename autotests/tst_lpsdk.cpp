@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The lpsdk host end to end: it runs on the demo series' plugin folder and its JSON is parsed,
 // so the tests pin structure rather than wording.
+#include "JsonFileLoader.h"
 #include "SourcePointDescriptor.h"
 
 #include "TestHelpers.h"
@@ -58,6 +59,10 @@ private Q_SLOTS:
     void validatesTheDemo();
     void validateFindsBrokenFolders_data();
     void validateFindsBrokenFolders();
+    void duplicatesNameBothFiles();
+    void listNamesLibrariesThatDoNotLoad();
+    void validateOneFile_data();
+    void validateOneFile();
     void balloonPackRoundTrip();
     void usageErrors_data();
     void usageErrors();
@@ -190,7 +195,9 @@ void tst_Lpsdk::validateFindsBrokenFolders_data()
     QTest::addColumn<QStringList>("files"); // demo copies by name, or "text:" files
     QTest::addColumn<QString>("message");
     QTest::newRow("text file with a library suffix") << QStringList{QStringLiteral("text:libnotaplugin.so")} << QStringLiteral("the library does not load");
-    QTest::newRow("the demo plugin twice") << QStringList{QStringLiteral("libdemo_a.so"), QStringLiteral("libdemo_b.so")} << QStringLiteral("the name is taken");
+    QTest::newRow("empty folder") << QStringList() << QStringLiteral("the folder holds no plugin library");
+    QTest::newRow("no library loads") << QStringList{QStringLiteral("text:libnotaplugin.so"), QStringLiteral("text:readme.txt")}
+                                      << QStringLiteral("no library of the folder loads as a plugin");
 }
 
 void tst_Lpsdk::validateFindsBrokenFolders()
@@ -215,6 +222,105 @@ void tst_Lpsdk::validateFindsBrokenFolders()
         found = found || problem[QStringLiteral("message")].toString().startsWith(message);
     }
     QVERIFY2(found, run.out.constData());
+}
+
+// Two copies of one plugin: each duplicate names the library that registered the name first,
+// and it is reported against the copy whose descriptor the registry ignored.
+void tst_Lpsdk::duplicatesNameBothFiles()
+{
+    QTemporaryDir folder;
+    const QStringList copies{QStringLiteral("libdemo_a.so"), QStringLiteral("libdemo_b.so")};
+    for (const QString &name : copies)
+        QVERIFY(QFile::copy(demoPlugin(), folder.filePath(name)));
+    const Run run = lpsdk({QStringLiteral("validate"), QStringLiteral("--json"), QStringLiteral("--plugins"), folder.path()});
+    QCOMPARE(run.status, 1);
+    const QJsonArray found = problems(run);
+    QCOMPARE(found.size(), 7); // five loudspeakers and two rigging items
+    for (const QJsonValue &problem : found) {
+        const QString plugin = problem[QStringLiteral("plugin")].toString();
+        QVERIFY(copies.contains(plugin));
+        const QString first = copies.at(1 - copies.indexOf(plugin));
+        QCOMPARE(problem[QStringLiteral("key")].toString(), QStringLiteral("name"));
+        QCOMPARE(problem[QStringLiteral("message")].toString(), QStringLiteral("the name is taken by %1 of %2, registered first; the registry keeps only the first")
+                                                               .arg(problem[QStringLiteral("file")].toString(), first));
+    }
+}
+
+void tst_Lpsdk::listNamesLibrariesThatDoNotLoad()
+{
+    QTemporaryDir folder;
+    QVERIFY(QFile::copy(demoPlugin(), folder.filePath(QStringLiteral("libdemoseries.so"))));
+    QFile broken(folder.filePath(QStringLiteral("libbroken.so")));
+    QVERIFY(broken.open(QIODevice::WriteOnly));
+    broken.write("not a library\n");
+    broken.close();
+
+    const Run run = lpsdk({QStringLiteral("list"), QStringLiteral("--json"), QStringLiteral("--plugins"), folder.path()});
+    QCOMPARE(run.status, 1);
+    QVERIFY2(run.err.contains("1 of 2 libraries"), run.err.constData());
+    const QJsonArray unloaded = run.json().value(QStringLiteral("unloaded_libraries")).toArray();
+    QCOMPARE(unloaded.size(), 1);
+    QCOMPARE(unloaded.at(0)[QStringLiteral("library")].toString(), QStringLiteral("libbroken.so"));
+    QVERIFY(unloaded.at(0)[QStringLiteral("error")].toString().contains(QStringLiteral("not a valid ELF")));
+    QCOMPARE(run.json().value(QStringLiteral("series")).toArray().size(), 1);
+}
+
+void tst_Lpsdk::validateOneFile_data()
+{
+    QTest::addColumn<QString>("file");     // a demo file, or "" for the DS-L12 as changed by `change`
+    QTest::addColumn<QString>("change");   // key=JSON for the first source point, or raw file content
+    QTest::addColumn<QString>("key");      // of the one problem expected, "" when none
+    QTest::addColumn<QString>("message");  // its beginning
+    const QString demo = QStringLiteral(DEMOSERIES_DATA_DIR "/");
+    QTest::newRow("loudspeaker") << demo + QStringLiteral("DS-L12.json") << QString() << QString() << QString();
+    QTest::newRow("rigging item") << demo + QStringLiteral("DS-L12-Frame.json") << QString() << QString() << QString();
+    QTest::newRow("controller setup") << demo + QStringLiteral("Resources/DS-L12_Arc.json") << QString() << QString() << QString();
+    QTest::newRow("block comment, no follow-on problems") << QString() << QStringLiteral("{\n  \"name\": \"X\",\n  /* no comment */\n  \"type\": \"Sub\"\n}")
+                                                          << QString() << QStringLiteral("line 3, column 3: ");
+    QTest::newRow("no reader's keys") << QString() << QStringLiteral("{\"colour\": \"red\"}") << QString() << QStringLiteral("no reader knows its keys");
+    QTest::newRow("single default names no setup") << QString() << QStringLiteral("defaultControllerSetup=7") << QStringLiteral("sourcePoints/0/defaultControllerSetup")
+                                                   << QStringLiteral("names setup 7, which controllerSetups does not list (it lists: 1, 2)");
+    QTest::newRow("single default beside the map") << QString() << QStringLiteral("defaultControllerSetup=1") << QStringLiteral("sourcePoints/0/defaultControllerSetup")
+                                                   << QStringLiteral("is ignored");
+    QTest::newRow("mounting default names no setup") << QString() << QStringLiteral("defaultControllerSetups={\"flown\": 3}")
+                                                     << QStringLiteral("sourcePoints/0/defaultControllerSetups/flown") << QStringLiteral("names setup 3");
+}
+
+void tst_Lpsdk::validateOneFile()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, change);
+    QFETCH(QString, key);
+    QFETCH(QString, message);
+    QTemporaryDir directory;
+    if (file.isEmpty()) {
+        file = directory.filePath(QStringLiteral("changed.json"));
+        QByteArray content = change.toUtf8();
+        if (!change.startsWith(QLatin1Char('{'))) {
+            QVariantMap loudspeaker = LoadJsonFile(QStringLiteral(DEMOSERIES_DATA_DIR "/DS-L12.json"));
+            QVariantList points = loudspeaker.value(QStringLiteral("sourcePoints")).toList();
+            QVariantMap point = points.at(0).toMap();
+            const qsizetype equals = change.indexOf(QLatin1Char('='));
+            if (change.left(equals) == QLatin1String("defaultControllerSetup") && change.mid(equals + 1) != QLatin1String("1"))
+                point.remove(QStringLiteral("defaultControllerSetups")); // the single default counts only alone
+            point.insert(change.left(equals), QJsonDocument::fromJson("[" + change.mid(equals + 1).toUtf8() + "]").array().at(0).toVariant());
+            points[0] = point;
+            loudspeaker.insert(QStringLiteral("sourcePoints"), points);
+            content = QJsonDocument::fromVariant(loudspeaker).toJson();
+        }
+        QFile out(file);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(content);
+    }
+    const Run run = lpsdk({QStringLiteral("validate"), file, QStringLiteral("--json")});
+    const QJsonArray found = problems(run);
+    QCOMPARE(run.status, message.isEmpty() ? 0 : 1);
+    QCOMPARE(found.size(), message.isEmpty() ? 0 : 1);
+    if (!message.isEmpty()) {
+        QCOMPARE(found.at(0)[QStringLiteral("key")].toString(), key);
+        QCOMPARE(found.at(0)[QStringLiteral("file")].toString(), file);
+        QVERIFY2(found.at(0)[QStringLiteral("message")].toString().startsWith(message), qPrintable(found.at(0)[QStringLiteral("message")].toString()));
+    }
 }
 
 // Packed at build time by lpsdk from the CSV, read back through a source point.
@@ -257,6 +363,8 @@ void tst_Lpsdk::usageErrors_data()
     QTest::newRow("frequency outside the balloon") << QStringList{QStringLiteral("balloon"), QStringLiteral("DS-L12"), QStringLiteral("--frequency"), QStringLiteral("5"),
                                                     QStringLiteral("--theta"), QStringLiteral("0"), QStringLiteral("--phi"), QStringLiteral("0")} << QStringLiteral("--frequency must lie in");
     QTest::newRow("picture suffix") << QStringList{QStringLiteral("shape"), QStringLiteral("DS-L12"), QStringLiteral("--plot"), QStringLiteral("x.gif")} << QStringLiteral(".png or .svg");
+    QTest::newRow("plugin folder that does not exist") << QStringList{QStringLiteral("validate"), QStringLiteral("--plugins"), QStringLiteral("/nonexistent/lpsdk-plugins")}
+                                                       << QStringLiteral("/nonexistent/lpsdk-plugins does not exist");
     QTest::newRow("pack symmetry") << QStringList{QStringLiteral("balloon-pack"), QStringLiteral("in.csv"), QStringLiteral("-o"), QStringLiteral("out.bin"),
                                                    QStringLiteral("--symmetry"), QStringLiteral("twofold")} << QStringLiteral("half-rotated");
 }

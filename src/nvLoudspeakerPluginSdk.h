@@ -27,6 +27,7 @@
 #include "FileKey.h"
 #include "FileKeyTable.h"
 #include "JsonFileLoader.h"
+#include "JsonReadResult.h"
 #include "LibVersion.h"
 #include "LoudspeakerDescriptorProvider.h"
 #include "LoudspeakerDescriptor_Interface.h"

@@ -6,7 +6,7 @@
 
 void FilterKernel::WarnUnknownType(int type)
 {
-    lpsdkWarning("unknown filter type", QString::number(type));
+    lpsdkWarning(lcFilter, "unknown filter type", QString::number(type));
 }
 
 QList<Complex> CalculateFilterResponse(const QList<double> &frequencies, const QVariantMap &filter)

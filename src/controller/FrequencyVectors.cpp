@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "FrequencyVectors.h"
 
+#include "Warning.h"
+
 #include <QtDebug>
 
 #include <cmath>
@@ -45,7 +47,7 @@ const QList<double> &FrequencyVectors::GetFrequencyVector(int bandsPerOctave)
         static const QList<double> *const twentyFourths = BuildTwentyFourthOctaveBands();
         return *twentyFourths;
     }
-    qWarning("frequency vector not supported");
+    qCWarning(lcSetup, "frequency vector not supported");
     static const QList<double> *const empty = new QList<double>;
     return *empty;
 }

@@ -65,6 +65,7 @@ bool LoudspeakerDescriptor::ReadDescriptorData(const QByteArray &json, const QSt
 
 bool LoudspeakerDescriptor::ReadDescriptor(const QVariantMap &file, const QString &filePath)
 {
+    m_filePath = filePath;
     m_dataApproved = file.value(QStringLiteral("dataApproved"), true).toBool();
     m_name = file.value(QStringLiteral("name"), QString()).toString();
     m_partNumber = file.value(QStringLiteral("partNumber"), QString()).toString();
@@ -74,7 +75,7 @@ bool LoudspeakerDescriptor::ReadDescriptor(const QVariantMap &file, const QStrin
     bool knownType = false;
     m_type = typeFromText(file.value(QStringLiteral("type"), QString()).toString(), &knownType);
     if (!knownType)
-        lpsdkWarning("Unknown loudspeaker type: ", filePath); // the path tells which file to fix
+        lpsdkWarning(lcDescriptor, "Unknown loudspeaker type: ", filePath); // the path tells which file to fix
 
     ReadCabinet(file.value(QStringLiteral("cabinet"), QVariantMap()).toMap());
     // Source points without a centre of their own sit here; it needs the size and shape.
@@ -153,7 +154,7 @@ bool LoudspeakerDescriptor::CreateShape(const QMap<QString, QVariant> &cabinet)
         messages += QLatin1String("Empty point list for side view.");
     if (!messages.isEmpty()) {
         const QString text = QStringLiteral("Validation failed for [name:%1] [keys:%2/%3/%4]:").arg(cabinetName, View3d, ViewTop, ViewSide);
-        lpsdkWarning(text.toUtf8().constData(), messages);
+        lpsdkWarning(lcDescriptor, text.toUtf8().constData(), messages);
     }
     return true;
 }

@@ -42,6 +42,8 @@ public:
     bool ReadDescriptorData(const QByteArray &json, const QString &sourceName = QString());
 
     QString GetName() override { return m_name; }
+    /// The file the descriptor was read from (or the source name given with its data); empty for none.
+    QString GetFilePath() const { return m_filePath; }
     LoudspeakerSeries_Interface *GetLoudspeakerSeries() const override;
     QString GetDisplayName() override { return m_displayName; }
     QString GetPartNumber(bool withAppendix) override;
@@ -125,6 +127,7 @@ private:
     bool CreateShape(const QMap<QString, QVariant> &cabinet);
 
     bool m_dataApproved = true;
+    QString m_filePath;
     QString m_name;
     QString m_partNumber;
     QString m_partNumberAppendix;

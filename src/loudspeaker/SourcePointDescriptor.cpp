@@ -2,6 +2,7 @@
 #include "SourcePointDescriptor.h"
 
 #include "Balloon.h"
+#include "Warning.h"
 #include "BalloonFileReader_p.h"
 #include "BalloonFrequencyIndex_p.h"
 #include "DspChannelDescriptor.h"
@@ -316,7 +317,7 @@ bool SourcePointDescriptor::Read(const QVariantMap &map)
     for (auto it = m_balloonDataMap.cbegin(); it != m_balloonDataMap.cend(); ++it) {
         QFile file(resourcePath(it.value()));
         if (!file.open(QIODevice::ReadOnly)) {
-            qWarning("Balloon data file not found: %s", file.fileName().toLocal8Bit().constData());
+            qCWarning(lcBalloon, "Balloon data file not found: %s", file.fileName().toLocal8Bit().constData());
             continue;
         }
         if (file.size() != 0)
@@ -360,7 +361,7 @@ void SourcePointDescriptor::ReadBalloonData(ReadBalloonDataMode mode)
         case Synchronous:
             break;
         default:
-            qWarning("Unexpected readBalloonDataMode = %d", int(mode));
+            qCWarning(lcBalloon, "Unexpected readBalloonDataMode = %d", int(mode));
             return;
         }
     }

@@ -23,4 +23,7 @@ struct PluginLoadResult
     QStringList loudspeakers;
     /// Names under which the library's rigging descriptors were registered, in name order.
     QStringList riggings;
+    /// Files of the descriptors the library created (as children of its root object) under a
+    /// name that another descriptor had registered first: the registries kept the first.
+    QStringList duplicateFiles;
 };

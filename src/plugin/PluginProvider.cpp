@@ -87,7 +87,7 @@ void PluginProvider::LoadPlugins(const QString &directory)
         m_lastLoadFiles.append(path);
         if (m_loadedPluginFileNames.contains(baseName)) {
             if (!m_loadResults.contains(path)) // a namesake from another folder came first
-                m_loadResults.insert(path, {path, false, QStringLiteral("a plugin library with the base name \"%1\" was loaded before").arg(baseName), {}, {}, {}});
+                m_loadResults.insert(path, {path, false, QStringLiteral("a plugin library with the base name \"%1\" was loaded before").arg(baseName), {}, {}, {}, {}});
             continue;
         }
         newPaths.append(path);
@@ -143,7 +143,7 @@ void PluginProvider::LoadPluginData(const QString &path)
 void PluginProvider::LoadPluginData(QPluginLoader *loader, const QString &path)
 {
     PluginLoadResult &result = m_loadResults[path];
-    result = {path, false, {}, {}, {}, {}};
+    result = {path, false, {}, {}, {}, {}, {}};
     QObject *root = loader->instance();
     if (!root) {
         result.errorString = loader->errorString();
@@ -167,6 +167,16 @@ void PluginProvider::LoadPluginData(QPluginLoader *loader, const QString &path)
     result.series = QStringList{series->GetName()};
     result.loudspeakers = Added(loudspeakersBefore, RegisteredNames(m_loudspeakerDescriptorProvider->GetLoudspeakerDescriptors()));
     result.riggings = Added(riggingsBefore, RegisteredNames(m_riggingHardwareDescriptorProvider->GetRiggingHardwareDescriptors()));
+    for (LoudspeakerDescriptor *loudspeaker : root->findChildren<LoudspeakerDescriptor *>(QString(), Qt::FindDirectChildrenOnly)) {
+        const LoudspeakerDescriptor *kept = m_loudspeakerDescriptorProvider->GetLoudspeakerDescriptor(loudspeaker->GetName());
+        if (kept && kept != loudspeaker)
+            result.duplicateFiles.append(loudspeaker->GetFilePath());
+    }
+    for (RiggingHardwareDescriptor *rigging : root->findChildren<RiggingHardwareDescriptor *>(QString(), Qt::FindDirectChildrenOnly)) {
+        const RiggingHardwareDescriptor *kept = m_riggingHardwareDescriptorProvider->GetRiggingHardwareDescriptor(rigging->GetName());
+        if (kept && kept != rigging)
+            result.duplicateFiles.append(rigging->GetFilePath());
+    }
 
     for (int g = Tolvane::LineArraySources; g <= Tolvane::AllSources; ++g) {
         const auto group = static_cast<Tolvane::SourceGroupType>(g);

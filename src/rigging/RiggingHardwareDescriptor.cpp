@@ -45,6 +45,7 @@ bool isNumber(const QVariant &value)
 
 RiggingHardwareDescriptor::RiggingHardwareDescriptor(const QString &filePath, QObject *parent)
     : QObject(parent)
+    , m_filePath(filePath)
     , m_compressionSet(QVariantMap())
 {
     if (!filePath.isEmpty())

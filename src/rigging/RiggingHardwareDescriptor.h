@@ -64,6 +64,8 @@ public:
 
     bool IsDataApproved() const override { return m_dataApproved; }
     QString GetName() override { return m_name; }
+    /// The file the descriptor was read from, as given to the constructor; empty for none.
+    QString GetFilePath() const { return m_filePath; }
     QVariant GetPickPointsMap() override { return m_pickPoints; }
     double GetShackleHeight() const override { return m_shackleHeight; }
     double GetPickpointDistance() const override { return m_pickpointDistance; }
@@ -134,6 +136,7 @@ private:
     static QMap<QString, QList<Point>> CreateShapeTriangleWithLoadBeam(const LoadBeamData &loadBeam, const Point &pin, Point &frontEnd);
 
     bool m_dataApproved = false;
+    QString m_filePath;
     QString m_name;
     QString m_partNumber;
     QString m_partNumberAppendix;

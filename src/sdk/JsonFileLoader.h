@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "JsonReadResult.h"
 #include "nvloudspeakerpluginsdk_export.h"
 
 #include <QString>
@@ -24,6 +25,14 @@ NVLPS_EXPORT QVariantMap LoadJsonFile(const QString &filePath);
  * Untrusted input is fine: nesting beyond the parser's limit is a parse error. Thread-safe.
  */
 NVLPS_EXPORT QVariantMap LoadJsonData(const QByteArray &data, const QString &sourceName = QString());
+
+/**
+ * LoadJsonFile() without the warnings: the same reading, with the reason for an empty map and
+ * the line and column of a syntax error, for tools that report problems themselves.
+ */
+NVLPS_EXPORT JsonReadResult ReadJsonFile(const QString &filePath);
+/// LoadJsonData() without the warnings, as ReadJsonFile().
+NVLPS_EXPORT JsonReadResult ReadJsonData(const QByteArray &data);
 
 /// The comment stripping of LoadJsonFile() for one line.
 NVLPS_EXPORT QString StripJsonLineComment(const QString &line);

@@ -3,6 +3,7 @@
 
 #include "CabinetShapeParameters_p.h"
 #include "ShapeGeometry.h"
+#include "Warning.h"
 
 #include <QDebug>
 
@@ -33,7 +34,7 @@ QMap<QString, QList<Point>> CabinetShapeCreator::CreateCabinetShapeData(const QM
     if (cabinetShape == QLatin1String("ArcArray standing"))
         return CreateShapeArcArrayStanding(CalculateShapeDataArcArray(parameters, basic));
 
-    qWarning("Unknown cabinetShape!");
+    qCWarning(lcShape, "Unknown cabinetShape!");
     return {};
 }
 

@@ -1,41 +1,47 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "LibraryWarnings.h"
 #include "Output.h"
+
+#include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
 #include <QCommandLineParser>
 #include <QStringList>
 
-#include <functional>
-#include <memory>
-
-class PluginFolder;
+#include <optional>
 
 /**
- * What a command gets: the parsed options, the words after the command name, the output layer
- * and the plugin folder, which is loaded the first time a command asks for it.
+ * What a command gets: the parsed options, the words after the command name, the output layer,
+ * the library's warnings, and the plugin folder, which is loaded the first time a command asks.
  */
 class CommandContext
 {
 public:
-    CommandContext(const QCommandLineParser &parser, QStringList arguments, Output &output, std::function<PluginFolder &()> plugins)
+    CommandContext(const QCommandLineParser &parser, QStringList arguments, Output &output, LibraryWarnings &warnings)
         : parser(parser)
         , arguments(std::move(arguments))
         , output(output)
-        , m_plugins(std::move(plugins))
+        , warnings(warnings)
     {
     }
 
-    PluginFolder &plugins() const { return m_plugins(); }
+    /**
+     * Loads the plugin folder once (--plugins, else $LPSDK_PLUGIN_PATH, else the library's
+     * default) and gives what became of each library file. A folder that does not exist is a
+     * usage error. Unless `reportsLibraries`, libraries that do not load are named on stderr.
+     */
+    const QList<PluginLoadResult> &plugins(bool reportsLibraries = false) const;
     /// The one name a command takes; a usage error when it is missing or followed by more words.
     QString name() const;
 
     const QCommandLineParser &parser;
     const QStringList arguments;
     Output &output;
+    LibraryWarnings &warnings;
 
 private:
-    std::function<PluginFolder &()> m_plugins;
+    mutable std::optional<QList<PluginLoadResult>> m_plugins;
 };
 
 /// A command ends with this: status 1 for a fault in the user's data, 2 for a usage error.

@@ -2,7 +2,6 @@
 // lpsdk list: what the plugins registered.
 #include "CommandContext.h"
 #include "Descriptors.h"
-#include "PluginFolder.h"
 
 #include <QFileInfo>
 
@@ -12,16 +11,26 @@ int runList(const CommandContext &context)
 {
     if (!context.arguments.isEmpty())
         usageError(QStringLiteral("'list' takes no name, not \"%1\"").arg(context.arguments.join(QLatin1Char(' '))));
-    const PluginFolder &folder = context.plugins();
+    const QList<PluginLoadResult> &libraries = context.plugins(true);
     Output &out = context.output;
     const PluginProvider &provider = PluginProvider::GetInstance();
 
     out.field(QStringLiteral("sdk_version"), QStringLiteral("nvLoudspeakerPluginSdk"), norvik::LoudspeakerPluginSdk::libVersionString());
-    out.field(QStringLiteral("plugin_folder"), QStringLiteral("plugin folder"), folder.directory());
+    out.field(QStringLiteral("plugin_folder"), QStringLiteral("plugin folder"), provider.GetPluginDirectory());
     out.beginList(QStringLiteral("series"), QStringLiteral("Series:"), {{QStringLiteral("name"), QStringLiteral("name")}, {QStringLiteral("library"), QStringLiteral("library")}});
-    for (const PluginFolder::Library &library : folder.libraries()) {
-        if (library.series)
-            out.row({library.series->GetName(), QFileInfo(library.path).fileName()});
+    for (const PluginLoadResult &library : libraries) {
+        for (const QString &series : library.series)
+            out.row({series, QFileInfo(library.fileName).fileName()});
+    }
+    out.endList();
+
+    int unloaded = 0;
+    out.beginList(QStringLiteral("unloaded_libraries"), QStringLiteral("Libraries that do not load:"), {{QStringLiteral("library"), QStringLiteral("library")}, {QStringLiteral("error"), QStringLiteral("why")}});
+    for (const PluginLoadResult &library : libraries) {
+        if (!library.loaded) {
+            out.row({QFileInfo(library.fileName).fileName(), library.errorString});
+            ++unloaded;
+        }
     }
     out.endList();
 
@@ -49,6 +58,12 @@ int runList(const CommandContext &context)
     out.endList();
 
     int missing = 0;
+    if (libraries.isEmpty() || unloaded > 0) {
+        const QString folder = provider.GetPluginDirectory();
+        std::fprintf(stderr, "lpsdk: %s\n", qPrintable(libraries.isEmpty() ? QStringLiteral("no plugin library in %1").arg(folder)
+                                                                        : QStringLiteral("%1 of %2 libraries in %3 do not load").arg(unloaded).arg(libraries.size()).arg(folder)));
+        ++missing;
+    }
     for (const QString &expected : context.parser.values(QStringLiteral("expect-loudspeaker"))) {
         if (!Descriptors::findLoudspeaker(expected)) {
             std::fprintf(stderr, "lpsdk: missing loudspeaker: %s\n", qPrintable(expected));

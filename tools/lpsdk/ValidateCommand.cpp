@@ -1,258 +1,144 @@
 // SPDX-License-Identifier: MIT
 // lpsdk validate: everything a plugin author should fix, each problem with its plugin,
-// descriptor, file and key.
+// descriptor, file and key. Checks a plugin folder, one data file, or a coupling table.
 #include "CommandContext.h"
-#include "PluginFolder.h"
+#include "Validator.h"
 
 #include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
-#include <QDataStream>
-#include <QFile>
 #include <QFileInfo>
-#include <QHash>
-#include <QJsonArray>
-#include <QJsonDocument>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 
-struct Problem
+QString libraryName(const QString &path)
 {
-    QString plugin;
-    QString descriptor;
-    QString file;
-    QString key;
-    QString message;
-};
+    return QFileInfo(path).fileName();
+}
 
-class Validator
+// The library that registered `name`, of the kind whose names `names` picks from a result.
+QString owner(const QList<PluginLoadResult> &libraries, const QString &name, QStringList PluginLoadResult::*names)
 {
-public:
-    QList<Problem> problems;
-
-    void add(const QString &descriptor, const QString &file, const QString &key, const QString &message)
-    {
-        problems.append({m_plugin, descriptor, file, key, message});
+    for (const PluginLoadResult &library : libraries) {
+        if ((library.*names).contains(name))
+            return libraryName(library.fileName);
     }
+    return QString();
+}
 
-    // Library warnings, one problem per distinct text with how often it came.
-    void addWarnings(const QString &descriptor, const QString &file, const QStringList &warnings)
-    {
-        QStringList distinct;
-        QHash<QString, int> counts;
-        for (const QString &warning : warnings) {
-            if (counts[warning]++ == 0)
-                distinct.append(warning);
-        }
-        for (const QString &warning : distinct)
-            add(descriptor, file, QString(), QStringLiteral("library warning%1: %2").arg(counts.value(warning) > 1 ? QStringLiteral(" (%1 times)").arg(counts.value(warning)) : QString(), warning));
-    }
-
-    void setPlugin(const QString &plugin) { m_plugin = plugin; }
-
-    void checkSizes(const QString &descriptor, const QString &file, const QVariantMap &cabinet, const QStringList &keys)
-    {
-        for (const QString &key : keys) {
-            if (!cabinet.contains(key))
-                continue;
-            const QVariant value = cabinet.value(key);
-            if (value.typeId() != QMetaType::Double && value.typeId() != QMetaType::Int && value.typeId() != QMetaType::LongLong)
-                continue; // the key table reports the kind
-            if (value.toDouble() <= 0.0)
-                add(descriptor, file, QStringLiteral("cabinet/") + key, QStringLiteral("must be greater than zero, not %1").arg(value.toDouble()));
-        }
-    }
-
-    // Every key against the reader's table: unknown keys (with the nearest known one),
-    // values of the wrong JSON type, and mounting maps keyed by something that is no mounting.
-    void checkKeys(const QString &descriptor, const QString &file, const FileKeyTable &table, const QJsonObject &object, const QString &path)
-    {
-        for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
-            const QString key = path.isEmpty() ? it.key() : path + QLatin1Char('/') + it.key();
-            const FileKey *row = table.Find(it.key());
-            if (!row) {
-                const QString nearest = table.NearestKey(it.key());
-                add(descriptor, file, key, QStringLiteral("no reader knows this key in a %1%2").arg(table.Name(),
-                    nearest.isEmpty() ? QString() : QStringLiteral(" (did you mean \"%1\"?)").arg(nearest)));
-                continue;
-            }
-            checkValue(descriptor, file, *row, it.value(), key);
-        }
-    }
-
-    void checkValue(const QString &descriptor, const QString &file, const FileKey &row, const QJsonValue &value, const QString &key)
-    {
-        if (!FileKeyTable::Accepts(row.kind, value)) {
-            add(descriptor, file, key, QStringLiteral("expects %1, not %2").arg(FileKeyTable::DescribeValue(row), jsonText(value)));
-            return;
-        }
-        switch (row.kind) {
-        case FileKey::Object:
-            if (row.keys)
-                checkKeys(descriptor, file, *row.keys, value.toObject(), key);
-            break;
-        case FileKey::Array:
-            if (row.item) {
-                const QJsonArray items = value.toArray();
-                for (qsizetype i = 0; i < items.size(); ++i)
-                    checkValue(descriptor, file, *row.item, items.at(i), key + QLatin1Char('/') + QString::number(i));
-            }
-            break;
-        case FileKey::MountingMap:
-        case FileKey::NamedMap: {
-            const QJsonObject members = value.toObject();
-            for (auto it = members.constBegin(); it != members.constEnd(); ++it) {
-                const QString member = key + QLatin1Char('/') + it.key();
-                if (row.kind == FileKey::MountingMap && !FileKeyTable::IsMountingKey(it.key()))
-                    add(descriptor, file, member, QStringLiteral("names no mounting (accepted: default, %1, each optionally followed by _NAME)").arg(FileKeyTable::MountingTexts().join(QStringLiteral(", "))));
-                else if (row.item)
-                    checkValue(descriptor, file, *row.item, it.value(), member);
-            }
-            break;
-        }
-        default:
-            break;
-        }
-    }
-
-    static QString jsonText(const QJsonValue &value)
-    {
-        return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
-    }
-
-    // The library's own outline checks, named per descriptor (its warning names only the cabinet).
-    void checkOutlines(const QString &descriptor, const QString &file, LoudspeakerDescriptor *loudspeaker)
-    {
-        const QList<Point> mesh = loudspeaker->Get3dView(Tolvane::Flown);
-        if (mesh.isEmpty())
-            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the 3-D outline is empty"));
-        else if (mesh.size() % 4 != 0)
-            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the 3-D outline has %1 points, no multiple of four (a mesh of quadrilaterals)").arg(mesh.size()));
-        if (loudspeaker->GetTopView().isEmpty())
-            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the top outline is empty"));
-        if (loudspeaker->GetSideView(Tolvane::Flown).isEmpty())
-            add(descriptor, file, QStringLiteral("cabinet"), QStringLiteral("the side outline is empty"));
-    }
-
-    void checkResourceFile(const QString &descriptor, const QString &file, const QString &key, const QString &name, const QString &what)
-    {
-        QFile resource(QStringLiteral(":/Resources/") + name);
-        if (!resource.exists())
-            add(descriptor, file, key, QStringLiteral("the %1 file \"%2\" is missing (looked for %3)").arg(what, name, resource.fileName()));
-        else if (resource.size() == 0)
-            add(descriptor, file, key, QStringLiteral("the %1 file \"%2\" is empty").arg(what, name));
-    }
-
-    void checkSetupFile(const QString &descriptor, const QString &file, const QString &key, const QString &name)
-    {
-        checkResourceFile(descriptor, file, key, name, QStringLiteral("controller setup"));
-        QFile resource(QStringLiteral(":/Resources/") + name);
-        if (resource.size() == 0)
-            return;
-        const QVariantMap setup = LoadJsonFile(resource.fileName());
-        if (setup.isEmpty())
-            add(descriptor, file, key, QStringLiteral("the controller setup file \"%1\" does not parse to a JSON object").arg(name));
-        else
-            checkKeys(descriptor, resource.fileName(), LoudspeakerSetupFileKeys::Table(), QJsonObject::fromVariantMap(setup), QString());
-    }
-
-    // The grid from the balloon file's header: theta must run from 0 to 180, and a full circle
-    // needs its closing 360-degree column so that lookups near 360 have a right neighbour.
-    void checkBalloonGrid(const QString &descriptor, const QString &file, const QString &key, const QString &name)
-    {
-        QFile balloon(QStringLiteral(":/Resources/") + name);
-        if (!balloon.open(QIODevice::ReadOnly) || balloon.size() == 0)
-            return; // reported as missing or empty
-        QDataStream in(&balloon);
-        in.setByteOrder(QDataStream::LittleEndian);
-        qint32 frequencies = 0, nh = 0, nv = 0, symmetry = 0;
-        double thetaStep = 0.0, phiStep = 0.0;
-        in >> frequencies >> nh >> nv >> thetaStep >> phiStep >> symmetry;
-        if (in.status() != QDataStream::Ok || balloon.size() < 194) {
-            add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" is shorter than its header").arg(name));
-            return;
-        }
-        if (frequencies <= 0 || nh <= 0 || nv <= 0) {
-            add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" holds no values (%2 frequencies, %3 x %4 directions)").arg(name).arg(frequencies).arg(nh).arg(nv));
-            return;
-        }
-        if (std::abs((nh - 1) * thetaStep - 180.0) > 1e-6)
-            add(descriptor, file, key, QStringLiteral("the balloon grid of \"%1\" covers theta 0 ... %2, not 0 ... 180 (%3 rows of %4 degrees)").arg(name).arg((nh - 1) * thetaStep).arg(nh).arg(thetaStep));
-        if (symmetry == Tolvane::NoSymmetry && std::abs((nv - 1) * phiStep - 360.0) > 1e-6)
-            add(descriptor, file, key,
-                QStringLiteral("the full-circle balloon \"%1\" has no closing 360-degree phi column (%2 columns of %3 degrees end at %4)").arg(name).arg(nv).arg(phiStep).arg((nv - 1) * phiStep));
-        const qint64 valueBytes = balloon.size() - 194 - 16LL * frequencies;
-        if (valueBytes < qint64(frequencies) * nh * nv * 2)
-            add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" is shorter than its %2 x %3 x %4 grid").arg(name).arg(frequencies).arg(nh).arg(nv));
-    }
-
-    void checkLoudspeaker(PluginFolder &folder, LoudspeakerDescriptor *loudspeaker, const QString &file, const QVariantMap &map)
-    {
-        const QString name = loudspeaker->GetName();
-        const QVariantMap cabinet = map.value(QStringLiteral("cabinet")).toMap();
-        checkSizes(name, file, cabinet, {QStringLiteral("width"), QStringLiteral("height"), QStringLiteral("depth"), QStringLiteral("weight")});
-        // The shape creator says whether it knows the shape only by its warning.
-        folder.takeWarnings();
-        CabinetShapeCreator::CreateCabinetShapeData(cabinet, cabinet.value(QStringLiteral("cabinetShape")).toString());
-        if (!folder.takeWarnings().isEmpty())
-            add(name, file, QStringLiteral("cabinet/cabinetShape"), QStringLiteral("unknown shape \"%1\"").arg(cabinet.value(QStringLiteral("cabinetShape")).toString()));
-        else
-            checkOutlines(name, file, loudspeaker);
-        checkKeys(name, file, LoudspeakerDescriptorFileKeys::Table(), QJsonObject::fromVariantMap(map), QString());
-
-        const QVariantList entries = map.value(QStringLiteral("sourcePoints")).toList();
-        const QList<SourcePointDescriptor *> sourcePoints = loudspeaker->GetSourcePointDescriptors();
-        for (int i = 0; i < entries.size() && i < sourcePoints.size(); ++i) {
-            const QVariantMap entry = entries.at(i).toMap();
-            const QString prefix = QStringLiteral("sourcePoints/%1/").arg(i);
-            const QVariantMap setups = entry.value(QStringLiteral("controllerSetups")).toMap();
-            const QVariantMap defaults = entry.value(QStringLiteral("defaultControllerSetups")).toMap();
-            for (auto it = defaults.cbegin(); it != defaults.cend(); ++it) {
-                if (!setups.contains(it.value().toString()))
-                    add(name, file, prefix + QStringLiteral("defaultControllerSetups/") + it.key(),
-                        QStringLiteral("names setup %1, which controllerSetups does not list (it lists: %2)").arg(it.value().toString(), setups.keys().join(QStringLiteral(", "))));
-            }
-            for (auto it = setups.cbegin(); it != setups.cend(); ++it)
-                checkSetupFile(name, file, prefix + QStringLiteral("controllerSetups/") + it.key(), it.value().toString());
-            const QVariantMap balloons = entry.value(QStringLiteral("balloonData")).toMap();
-            for (auto it = balloons.cbegin(); it != balloons.cend(); ++it) {
-                checkResourceFile(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString(), QStringLiteral("balloon"));
-                checkBalloonGrid(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString());
-            }
-            folder.takeWarnings();
-            sourcePoints.at(i)->ReadBalloonData(SourcePointDescriptor_Interface::Synchronous);
-            addWarnings(name, file, folder.takeWarnings());
-        }
-    }
-
-    void checkRigging(RiggingHardwareDescriptor *item, const QString &file, const QVariantMap &map)
-    {
-        checkSizes(item->GetName(), file, map.value(QStringLiteral("cabinet")).toMap(),
-            {QStringLiteral("width"), QStringLiteral("height"), QStringLiteral("depth"), QStringLiteral("weight")});
-        checkKeys(item->GetName(), file, RiggingHardwareDescriptorFileKeys::Table(), QJsonObject::fromVariantMap(map), QString());
-    }
-
-private:
-    QString m_plugin;
-};
-
-// Adds the JSON files a plugin brought to `files`, by the "name" each declares. A second copy
-// of a plugin brings no new resources; its descriptors then find the first copy's files.
-void addDescriptorFiles(Validator &validator, PluginFolder &folder, const PluginFolder::Library &library, QHash<QString, QString> &files,
-                        QHash<QString, QVariantMap> &maps)
+// Warnings about what the checks find again, located, are left out.
+void addUnlocatedWarnings(Validator &validator, LibraryWarnings &warnings)
 {
-    for (const QString &resource : library.resources) {
-        if (!resource.endsWith(QLatin1String(".json"), Qt::CaseInsensitive) || resource.startsWith(QLatin1String(":/Resources/")))
+    QList<LibraryWarnings::Warning> unlocated;
+    for (const LibraryWarnings::Warning &warning : warnings.take()) {
+        if (warning.category != QLatin1String("nvlps.json") && warning.category != QLatin1String("nvlps.balloon") && warning.category != QLatin1String("nvlps.shape"))
+            unlocated.append(warning);
+    }
+    validator.addWarnings(QString(), QString(), unlocated);
+}
+
+// A descriptor the registries ignored: its file and the file of the one they kept, so that
+// the author sees both. A file that does not parse reports that instead.
+void checkDuplicate(Validator &validator, const QList<PluginLoadResult> &libraries, const QString &file)
+{
+    const std::optional<QVariantMap> map = validator.readJson(file);
+    if (!map)
+        return;
+    const QString name = map->value(QStringLiteral("name")).toString();
+    const PluginProvider &provider = PluginProvider::GetInstance();
+    QString kept;
+    QString keeper;
+    if (LoudspeakerDescriptor *loudspeaker = provider.GetLoudspeakerDescriptorProvider()->GetLoudspeakerDescriptor(name); loudspeaker && map->contains(QStringLiteral("sourcePoints"))) {
+        kept = loudspeaker->GetFilePath();
+        keeper = owner(libraries, name, &PluginLoadResult::loudspeakers);
+    } else if (RiggingHardwareDescriptor *item = provider.GetRiggingHardwareDescriptorProvider()->GetRiggingHardwareDescriptor(name)) {
+        kept = item->GetFilePath();
+        keeper = owner(libraries, name, &PluginLoadResult::riggings);
+    }
+    validator.add(name, file, QStringLiteral("name"), QStringLiteral("the name is taken by %1 of %2, registered first; the registry keeps only the first").arg(kept, keeper));
+}
+
+void checkFolder(Validator &validator, const CommandContext &context, int &descriptors)
+{
+    const QList<PluginLoadResult> &libraries = context.plugins(true);
+    // Problems in the files the plugins read at registration are found below, located.
+    addUnlocatedWarnings(validator, context.warnings);
+
+    const PluginProvider &provider = PluginProvider::GetInstance();
+    bool anyLoaded = false;
+    for (const PluginLoadResult &library : libraries) {
+        validator.setPlugin(libraryName(library.fileName));
+        if (!library.loaded) {
+            validator.add(QString(), library.fileName, QString(), QStringLiteral("the library does not load: ") + library.errorString);
             continue;
-        folder.takeWarnings();
-        const QVariantMap map = LoadJsonFile(resource);
-        validator.addWarnings(QString(), resource, folder.takeWarnings());
-        const QString name = map.value(QStringLiteral("name")).toString();
-        if (!files.contains(name)) {
-            files.insert(name, resource);
-            maps.insert(resource, map);
         }
+        anyLoaded = true;
+        for (const QString &name : library.loudspeakers) {
+            ++descriptors;
+            LoudspeakerDescriptor *loudspeaker = provider.GetLoudspeakerDescriptorProvider()->GetLoudspeakerDescriptor(name);
+            const QString file = loudspeaker->GetFilePath();
+            if (const std::optional<QVariantMap> map = validator.readJson(file, name)) {
+                if (name.isEmpty())
+                    validator.add(name, file, QStringLiteral("name"), QStringLiteral("a loudspeaker descriptor has an empty name"));
+                validator.checkLoudspeaker(loudspeaker, file, *map);
+            }
+        }
+        for (const QString &name : library.riggings) {
+            ++descriptors;
+            RiggingHardwareDescriptor *item = provider.GetRiggingHardwareDescriptorProvider()->GetRiggingHardwareDescriptor(name);
+            const QString file = item->GetFilePath();
+            if (const std::optional<QVariantMap> map = validator.readJson(file, name)) {
+                if (name.isEmpty())
+                    validator.add(name, file, QStringLiteral("name"), QStringLiteral("a rigging descriptor has an empty name"));
+                validator.checkRigging(item, file, *map);
+            }
+        }
+        for (const QString &file : library.duplicateFiles) {
+            ++descriptors;
+            checkDuplicate(validator, libraries, file);
+        }
+    }
+    validator.setPlugin(provider.GetPluginDirectory());
+    if (!anyLoaded)
+        validator.add(QString(), QString(), QString(), libraries.isEmpty() ? QStringLiteral("the folder holds no plugin library") : QStringLiteral("no library of the folder loads as a plugin"));
+}
+
+// One data file without a plugin, recognised by its keys: the reader whose table knows most of
+// them. The files it names live in a plugin's resources, so they are not looked for.
+void checkFile(Validator &validator, const CommandContext &context, const QString &file, int &descriptors)
+{
+    validator.setCheckResources(false);
+    const std::optional<QVariantMap> map = validator.readJson(file);
+    if (!map)
+        return;
+    const std::pair<const FileKeyTable *, const char *> tables[] = {{&LoudspeakerDescriptorFileKeys::Table(), "loudspeaker"},
+        {&RiggingHardwareDescriptorFileKeys::Table(), "rigging"}, {&LoudspeakerSetupFileKeys::Table(), "setup"}};
+    const char *kind = nullptr;
+    int best = 0;
+    for (const auto &[table, name] : tables) {
+        const int known = int(std::count_if(map->keyBegin(), map->keyEnd(), [table = table](const QString &key) { return table->Find(key) != nullptr; }));
+        if (known > best) {
+            best = known;
+            kind = name;
+        }
+    }
+    if (!kind) {
+        validator.add(QString(), file, QString(), QStringLiteral("no reader knows its keys: it is no loudspeaker, rigging or controller setup file"));
+        return;
+    }
+    ++descriptors;
+    context.warnings.take();
+    if (qstrcmp(kind, "loudspeaker") == 0) {
+        LoudspeakerDescriptor loudspeaker(file);
+        addUnlocatedWarnings(validator, context.warnings);
+        validator.checkLoudspeaker(&loudspeaker, file, *map);
+    } else if (qstrcmp(kind, "rigging") == 0) {
+        RiggingHardwareDescriptor item(file);
+        addUnlocatedWarnings(validator, context.warnings);
+        validator.checkRigging(&item, file, *map);
+    } else {
+        validator.checkSetup(QString(), file, *map);
     }
 }
 
@@ -260,59 +146,26 @@ void addDescriptorFiles(Validator &validator, PluginFolder &folder, const Plugin
 
 int runValidate(const CommandContext &context)
 {
-    if (!context.arguments.isEmpty())
-        usageError(QStringLiteral("'validate' takes no name; give the folder with --plugins DIR"));
-    PluginFolder &folder = context.plugins();
-    Validator validator;
-    QHash<QString, QString> firstOwner; // descriptor name -> plugin
+    Validator validator(context.warnings);
     int descriptors = 0;
-    QHash<QString, QString> files;
-    QHash<QString, QVariantMap> maps;
-
-    for (const PluginFolder::Library &library : folder.libraries()) {
-        const QString plugin = QFileInfo(library.path).fileName();
-        validator.setPlugin(plugin);
-        if (!library.root) {
-            validator.add(QString(), library.path, QString(), QStringLiteral("the library does not load: ") + library.error);
-            continue;
-        }
-        if (!library.series) {
-            validator.add(QString(), library.path, QString(), QStringLiteral("the library loads, but ") + library.error);
-            continue;
-        }
-        validator.addWarnings(QString(), QString(), library.warnings);
-        addDescriptorFiles(validator, folder, library, files, maps);
-
-        const auto checkName = [&](const QString &kind, const QString &name, const QString &file) {
-            ++descriptors;
-            if (name.isEmpty())
-                validator.add(name, file, QStringLiteral("name"), QStringLiteral("a %1 descriptor has an empty name (did its file parse?)").arg(kind));
-            else if (firstOwner.contains(name))
-                validator.add(name, file, QStringLiteral("name"), QStringLiteral("the name is taken (first registered by %1); the registry keeps only the first").arg(firstOwner.value(name)));
-            else
-                firstOwner.insert(name, plugin);
-        };
-        for (LoudspeakerDescriptor *loudspeaker : library.root->findChildren<LoudspeakerDescriptor *>(QString(), Qt::FindDirectChildrenOnly)) {
-            const QString file = files.value(loudspeaker->GetName());
-            checkName(QStringLiteral("loudspeaker"), loudspeaker->GetName(), file);
-            if (!file.isEmpty())
-                validator.checkLoudspeaker(folder, loudspeaker, file, maps.value(file));
-        }
-        for (RiggingHardwareDescriptor *item : library.root->findChildren<RiggingHardwareDescriptor *>(QString(), Qt::FindDirectChildrenOnly)) {
-            const QString file = files.value(item->GetName());
-            checkName(QStringLiteral("rigging"), item->GetName(), file);
-            if (!file.isEmpty())
-                validator.checkRigging(item, file, maps.value(file));
-        }
+    Output &out = context.output;
+    if (context.arguments.size() == 1 && context.arguments.first().endsWith(QLatin1String(".json"), Qt::CaseInsensitive)) {
+        if (!QFileInfo(context.arguments.first()).isFile())
+            usageError(QStringLiteral("no file \"%1\"").arg(context.arguments.first()));
+        checkFile(validator, context, context.arguments.first(), descriptors);
+        out.field(QStringLiteral("file"), QStringLiteral("file"), context.arguments.first());
+    } else if (!context.arguments.isEmpty()) {
+        usageError(QStringLiteral("'validate' takes one FILE.json or none; give a plugin folder with --plugins DIR"));
+    } else {
+        checkFolder(validator, context, descriptors);
+        out.field(QStringLiteral("plugin_folder"), QStringLiteral("plugin folder"), PluginProvider::GetInstance().GetPluginDirectory());
+        out.field(QStringLiteral("libraries"), QStringLiteral("libraries"), int(context.plugins().size()));
     }
 
-    Output &out = context.output;
-    out.field(QStringLiteral("plugin_folder"), QStringLiteral("plugin folder"), folder.directory());
-    out.field(QStringLiteral("libraries"), QStringLiteral("libraries"), int(folder.libraries().size()));
     out.field(QStringLiteral("descriptors"), QStringLiteral("descriptors"), descriptors);
-    out.field(QStringLiteral("problem_count"), QStringLiteral("problems"), int(validator.problems.size()));
+    out.field(QStringLiteral("problem_count"), QStringLiteral("problems"), int(validator.problems().size()));
     out.beginList(QStringLiteral("problems"), QString());
-    for (const Problem &problem : validator.problems) {
+    for (const Validator::Problem &problem : validator.problems()) {
         if (out.mode() == Output::Json) {
             out.beginObject(QString());
             out.field(QStringLiteral("plugin"), QString(), problem.plugin);
@@ -322,8 +175,8 @@ int runValidate(const CommandContext &context)
             out.field(QStringLiteral("message"), QString(), problem.message);
             out.endObject();
         } else {
-            QStringList where{problem.plugin};
-            for (const QString &part : {problem.descriptor, problem.file, problem.key}) {
+            QStringList where;
+            for (const QString &part : {problem.plugin, problem.descriptor, problem.file, problem.key}) {
                 if (!part.isEmpty())
                     where.append(part);
             }
@@ -331,5 +184,5 @@ int runValidate(const CommandContext &context)
         }
     }
     out.endList();
-    return validator.problems.isEmpty() ? 0 : 1;
+    return validator.problems().isEmpty() ? 0 : 1;
 }

@@ -4,7 +4,6 @@
 // registered. Each command lives in its own file; this one only parses and dispatches.
 #include "CommandContext.h"
 #include "CouplingDatabase.h"
-#include "PluginFolder.h"
 
 #include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
@@ -13,7 +12,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
-#include <optional>
 
 namespace {
 
@@ -144,20 +142,10 @@ int main(int argc, char *argv[])
     const bool quiet = parser.isSet(QStringLiteral("quiet"));
     Output output(parser.isSet(QStringLiteral("json")) ? Output::Json : parser.isSet(QStringLiteral("csv")) ? Output::Csv : Output::Text, quiet);
     CouplingDatabase database;
-    std::optional<PluginFolder> folder;
+    LibraryWarnings warnings(quiet ? LibraryWarnings::Drop : commandName == QLatin1String("validate") ? LibraryWarnings::Keep : LibraryWarnings::Print);
     try {
         database.open(parser.value(QStringLiteral("cpl-db")));
-        const auto plugins = [&]() -> PluginFolder & {
-            if (!folder) {
-                folder.emplace(PluginFolder::chooseDirectory(parser.value(QStringLiteral("plugins"))));
-                folder->catchWarnings(quiet || commandName == QLatin1String("validate"));
-                folder->load(!quiet);
-                if (folder->libraries().isEmpty() && commandName != QLatin1String("validate"))
-                    std::fprintf(stderr, "lpsdk: no plugins found in %s\n", qPrintable(folder->directory()));
-            }
-            return *folder;
-        };
-        const int status = entry->run(CommandContext(parser, arguments, output, plugins));
+        const int status = entry->run(CommandContext(parser, arguments, output, warnings));
         output.finish();
         return status;
     } catch (const CommandError &error) {
