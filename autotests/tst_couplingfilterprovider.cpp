@@ -55,6 +55,8 @@ private Q_SLOTS:
     void firGrid_data();
     void firGrid();
     void couplingResponseAtOneFrequency();
+    void tableWithoutUsableRowsIsReadOnce();
+    void rowProblemsAreReportedOncePerRead();
 
 private:
     bool UseNewDatabase(const QString &name, const QStringList &statements);
@@ -247,6 +249,56 @@ void tst_CouplingFilterProvider::couplingResponseAtOneFrequency()
     LPSDK_COMPARE_COMPLEX(provider.CalculateCouplingResponse(3, 0, 700.0), product, 1e-15);
     QCOMPARE(provider.CalculateCouplingResponse(11, 1, 1000.0), Complex(1, 0)); // a 0 dB shelf is exactly flat
     QCOMPARE(provider.CalculateCouplingResponse(7, 7, 1000.0), Complex(1, 0));
+}
+
+// Reading again on every query would cost a query each time; a row added to the same
+// connection's table is seen after Initialize(), and another connection is read at once.
+void tst_CouplingFilterProvider::tableWithoutUsableRowsIsReadOnce()
+{
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    QVERIFY(UseNewDatabase(QStringLiteral("skipped"), {createTable, QStringLiteral("INSERT INTO CplFilter VALUES (4, 1, 8, 1000, 1, NULL)")}));
+    QVERIFY(provider.GetFilter(4, 1).isEmpty());
+    {
+        QSqlDatabase writer = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("writer"));
+        writer.setDatabaseName(m_dir.filePath(QStringLiteral("skipped.sqlite")));
+        QVERIFY(writer.open());
+        QVERIFY(QSqlQuery(writer).exec(QStringLiteral("INSERT INTO CplFilter VALUES (4, 1, 8, 1000, 1, 3)")));
+        writer.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("writer"));
+    QVERIFY(provider.GetFilter(4, 1).isEmpty());
+    QVERIFY(provider.Initialize());
+    QCOMPARE(provider.GetFilter(4, 1), QList<Tolvane::BiquadData>({Biquad(8, 1000, 1, 3)}));
+}
+
+void tst_CouplingFilterProvider::rowProblemsAreReportedOncePerRead()
+{
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    QStringList statements{createTable};
+    for (const char *row : {"4, 1, 8, '1k', 1, 3", "4, 1, 16, 1000, 1, 0", "4, 1, 8, 0, 1, 0", "4, 1, 4, 100, 0, 0", "5, 1, 8, 1000, 1, NULL", "4, 1, 0, 0, 0, -3"})
+        statements.append(QStringLiteral("INSERT INTO CplFilter VALUES (%1)").arg(QLatin1String(row)));
+    QVERIFY(UseNewDatabase(QStringLiteral("problems"), statements));
+    QTest::ignoreMessage(QtWarningMsg, "CplFilter row 1 (LowPos 4, MidPos 1): BiquadFX \"1k\" does not read as a number (read as 0)");
+    QTest::ignoreMessage(QtWarningMsg, "unknown filter type 16");
+    QVERIFY(provider.Initialize());
+
+    // What a row contributes is unchanged: all five stored, evaluated without further warnings.
+    QCOMPARE(provider.GetFilter(4, 1).size(), 5);
+    for (double frequency : {100.0, 1000.0})
+        provider.CalculateCouplingResponse(4, 1, frequency);
+    QStringList texts;
+    for (const CouplingTableProblem &problem : provider.GetTableProblems())
+        texts.append(problem.ToString());
+    QCOMPARE(texts, QStringList({
+        QStringLiteral("row 1 (LowPos 4, MidPos 1), BiquadFX: \"1k\" does not read as a number (read as 0)"),
+        QStringLiteral("row 2 (LowPos 4, MidPos 1), BiquadType: 16 is no filter type (0 ... 15); the filter passes everything"),
+        QStringLiteral("row 3 (LowPos 4, MidPos 1), BiquadFX: frequency 0 Hz leaves filter type 8 undefined"),
+        QStringLiteral("row 4 (LowPos 4, MidPos 1), BiquadQ: Q 0 leaves filter type 4 undefined"),
+        QStringLiteral("row 5 (LowPos 5, MidPos 1), BiquadVdB: gain NULL is no number: the row is skipped"),
+        QStringLiteral("LowPos 5, MidPos 1: the pair has no filters"),
+    }));
+    QCOMPARE(provider.GetPairProblems(5, 1).size(), 2);
+    QCOMPARE(provider.GetPairProblems(6, 1).value(0).ToString(), QStringLiteral("LowPos 6, MidPos 1: the table has no row for the pair"));
 }
 
 QTEST_GUILESS_MAIN(tst_CouplingFilterProvider)

@@ -14,8 +14,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -63,6 +66,8 @@ private Q_SLOTS:
     void listNamesLibrariesThatDoNotLoad();
     void validateOneFile_data();
     void validateOneFile();
+    void couplingTables_data();
+    void couplingTables();
     void balloonPackRoundTrip();
     void usageErrors_data();
     void usageErrors();
@@ -321,6 +326,53 @@ void tst_Lpsdk::validateOneFile()
         QCOMPARE(found.at(0)[QStringLiteral("file")].toString(), file);
         QVERIFY2(found.at(0)[QStringLiteral("message")].toString().startsWith(message), qPrintable(found.at(0)[QStringLiteral("message")].toString()));
     }
+}
+
+// The bundled table with every gain NULL, or with one frequency that is no number: transfer
+// names the pair's problem on stderr and beside the response, validate --cpl-db finds it.
+void tst_Lpsdk::couplingTables_data()
+{
+    QTest::addColumn<QString>("change");   // SQL run on a copy of the bundled table
+    QTest::addColumn<QString>("problem");  // what transfer names for the pair 14, 1
+    QTest::addColumn<int>("validateProblems");
+    QTest::newRow("every row skipped") << QStringLiteral("UPDATE CplFilter SET BiquadVdB = NULL")
+                                      << QStringLiteral("LowPos 14, MidPos 1: the pair has no filters") << 428 + 160;
+    QTest::newRow("a frequency that is no number") << QStringLiteral("UPDATE CplFilter SET BiquadFX = '1 kHz' WHERE LowPos = 14 AND MidPos = 1 AND BiquadType = 8")
+                                                   << QStringLiteral("(LowPos 14, MidPos 1), BiquadFX: \"1 kHz\" does not read as a number (read as 0)") << 1;
+}
+
+void tst_Lpsdk::couplingTables()
+{
+    QFETCH(QString, change);
+    QFETCH(QString, problem);
+    QFETCH(int, validateProblems);
+    QTemporaryDir directory;
+    const QString table = directory.filePath(QStringLiteral("CplFilter.sqlite"));
+    {
+        // The bundled table declares its columns NOT NULL; a copy without the constraints takes the change.
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("writer"));
+        database.setDatabaseName(table);
+        QVERIFY(database.open());
+        QSqlQuery query(database);
+        QVERIFY(query.exec(QStringLiteral("ATTACH DATABASE '%1' AS bundled").arg(QStringLiteral(LPSDK_CPLFILTER_DATABASE))));
+        QVERIFY(query.exec(QStringLiteral("CREATE TABLE CplFilter AS SELECT LowPos, MidPos, BiquadType, BiquadFX, BiquadQ, BiquadVdB FROM bundled.CplFilter ORDER BY Id")));
+        QVERIFY(query.exec(change));
+        database.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("writer"));
+
+    const Run transfer = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--switch"), QStringLiteral("4=14"), QStringLiteral("--json"),
+                                QStringLiteral("--cpl-db"), table});
+    QCOMPARE(transfer.status, 0);
+    QVERIFY2(transfer.err.contains(("lpsdk: warning: coupling switches 4=14, 5=1: " + (problem.startsWith(QLatin1Char('(')) ? QStringLiteral("row") : QString())).toUtf8())
+             && transfer.err.contains(problem.toUtf8()), transfer.err.constData());
+    QCOMPARE(transfer.err.count("CplFilter row"), 0); // the library's warning is not repeated
+    const QJsonArray reasons = transfer.json().value(QStringLiteral("coupling_problems")).toArray();
+    QVERIFY(std::any_of(reasons.cbegin(), reasons.cend(), [&](const QJsonValue &reason) { return reason.toString().endsWith(problem); }));
+
+    const Run validate = lpsdk({QStringLiteral("validate"), QStringLiteral("--json"), QStringLiteral("--cpl-db"), table});
+    QCOMPARE(validate.status, 1);
+    QCOMPARE(problems(validate).size(), validateProblems);
 }
 
 // Packed at build time by lpsdk from the CSV, read back through a source point.

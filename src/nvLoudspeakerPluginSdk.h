@@ -50,6 +50,7 @@
 // Controller setups and filters
 #include "BiquadData.h"
 #include "CouplingFilterProvider.h"
+#include "CouplingTableProblem.h"
 #include "DspChannelDescriptor.h"
 #include "DspChannelDescriptor_Interface.h"
 #include "FilterResponse.h"

@@ -3,10 +3,12 @@
 
 #include "FilterKernel_p.h"
 #include "FilterResponse.h"
+#include "Warning.h"
 
 #include <QHash>
 #include <QMutexLocker>
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -34,6 +36,23 @@ QVariantMap ToFilterEntry(const Tolvane::BiquadData &biquad)
     };
 }
 
+const char *const ColumnNames[] = {"LowPos", "MidPos", "BiquadType", "BiquadFX", "BiquadQ", "BiquadVdB"};
+
+// One column of the current row as a number, the way QVariant converts it; `ok` is false for
+// NULL and for text that is no number, which then reads as 0.
+double ReadNumber(const QSqlQuery &query, int column, bool &ok)
+{
+    const QVariant value = query.value(column);
+    const double number = column <= 2 ? value.toInt(&ok) : value.toDouble(&ok);
+    ok = ok && !value.isNull();
+    return number;
+}
+
+QString ValueText(const QVariant &value)
+{
+    return value.isNull() ? QStringLiteral("NULL") : QLatin1Char('"') + value.toString() + QLatin1Char('"');
+}
+
 } // namespace
 
 class CouplingFilterProviderPrivate
@@ -42,7 +61,31 @@ public:
     QHash<PositionPair, PairFilters> filters;
     QList<int> lowPositions;
     QList<int> midPositions;
+    QList<CouplingTableProblem> problems;
+    // The connection whose table yielded no filter: it is not read again on every query.
+    const QSqlDriver *emptyTableDriver = nullptr;
+
+    void CheckStoredRow(const CouplingTableProblem &where, const Tolvane::BiquadData &biquad);
 };
+
+void CouplingFilterProviderPrivate::CheckStoredRow(const CouplingTableProblem &where, const Tolvane::BiquadData &biquad)
+{
+    const auto add = [&](const char *column, const QString &message) {
+        CouplingTableProblem problem = where;
+        problem.column = QLatin1String(column);
+        problem.message = message;
+        problems.append(problem);
+    };
+    if (!FilterKernel::IsKnownType(biquad.type)) {
+        FilterKernel::WarnUnknownType(biquad.type); // once per read, not on every evaluation
+        add("BiquadType", QStringLiteral("%1 is no filter type (0 ... 15); the filter passes everything").arg(biquad.type));
+        return;
+    }
+    if (FilterKernel::UsesFrequency(biquad.type) && !(biquad.frequency > 0.0 && std::isfinite(biquad.frequency)))
+        add("BiquadFX", QStringLiteral("frequency %1 Hz leaves filter type %2 undefined").arg(biquad.frequency).arg(biquad.type));
+    if (FilterKernel::UsesQ(biquad.type) && !(biquad.q > 0.0 && std::isfinite(biquad.q)))
+        add("BiquadQ", QStringLiteral("Q %1 leaves filter type %2 undefined").arg(biquad.q).arg(biquad.type));
+}
 
 CouplingFilterProvider *CouplingFilterProvider::m_instance = nullptr;
 QMutex CouplingFilterProvider::m_instanceAccessSynchronisation;
@@ -79,25 +122,48 @@ bool CouplingFilterProvider::ReadCplFiltersFromNvRemLib()
         return false;
 
     d->filters.clear();
+    d->problems.clear();
     std::set<int> lowPositions;
     std::set<int> midPositions;
+    int row = 0;
     while (query.next()) {
-        const int low = query.value(0).toInt();
-        const int mid = query.value(1).toInt();
+        ++row;
+        bool ok[6];
+        double values[6];
+        for (int column = 0; column < 6; ++column)
+            values[column] = ReadNumber(query, column, ok[column]);
+        const int low = int(values[0]);
+        const int mid = int(values[1]);
         m_lowRange = {std::min(m_lowRange.first, low), std::max(m_lowRange.second, low)};
         m_midRange = {std::min(m_midRange.first, mid), std::max(m_midRange.second, mid)};
         lowPositions.insert(low);
         midPositions.insert(mid);
 
+        const CouplingTableProblem where{row, low, mid, QString(), QString()};
+        QStringList unreadable;
+        for (int column = 0; column < 6; ++column) {
+            if (ok[column])
+                continue;
+            CouplingTableProblem problem = where;
+            problem.column = QLatin1String(ColumnNames[column]);
+            problem.message = column == 5 ? QStringLiteral("gain %1 is no number: the row is skipped").arg(ValueText(query.value(column)))
+                                          : QStringLiteral("%1 does not read as a number (read as 0)").arg(ValueText(query.value(column)));
+            d->problems.append(problem);
+            if (column < 5)
+                unreadable.append(problem.column + QLatin1Char(' ') + problem.message);
+        }
+        if (!ok[5])
+            continue; // skipped without a word, as it always was
+
         Tolvane::BiquadData biquad;
-        biquad.type = query.value(2).toInt();
-        biquad.frequency = query.value(3).toDouble();
-        biquad.q = query.value(4).toDouble();
-        const QVariant gain = query.value(5);
-        bool ok = false;
-        biquad.gain = gain.toDouble(&ok);
-        if (gain.isNull() || !ok)
-            continue;
+        biquad.type = int(values[2]);
+        biquad.frequency = values[3];
+        biquad.q = values[4];
+        biquad.gain = values[5];
+        if (!unreadable.isEmpty())
+            qCWarning(lcCoupling).noquote() << QStringLiteral("CplFilter row %1 (LowPos %2, MidPos %3): %4").arg(row).arg(low).arg(mid).arg(unreadable.join(QStringLiteral("; ")));
+        else
+            d->CheckStoredRow(where, biquad);
 
         PairFilters &pair = d->filters[PositionPair(low, mid)];
         pair.biquads.append(biquad);
@@ -105,12 +171,44 @@ bool CouplingFilterProvider::ReadCplFiltersFromNvRemLib()
     }
     d->lowPositions = QList<int>(lowPositions.cbegin(), lowPositions.cend());
     d->midPositions = QList<int>(midPositions.cbegin(), midPositions.cend());
+    for (int low : std::as_const(d->lowPositions)) {
+        for (int mid : std::as_const(d->midPositions)) {
+            if (!d->filters.contains(PositionPair(low, mid)))
+                d->problems.append({0, low, mid, QString(), QStringLiteral("the pair has no filters")});
+        }
+    }
+    d->emptyTableDriver = d->filters.isEmpty() ? database.driver() : nullptr;
     return true;
 }
 
 bool CouplingFilterProvider::EnsureRead()
 {
-    return !d->filters.isEmpty() || ReadCplFiltersFromNvRemLib();
+    if (!d->filters.isEmpty())
+        return true;
+    // A table without usable rows stays so until the host points the connection elsewhere
+    // (or calls Initialize()); reading it again on every query would cost a query each time.
+    if (d->emptyTableDriver && QSqlDatabase::database(QStringLiteral("nvRemoteDriverDatabase"), false).driver() == d->emptyTableDriver)
+        return true;
+    return ReadCplFiltersFromNvRemLib();
+}
+
+QList<CouplingTableProblem> CouplingFilterProvider::GetTableProblems()
+{
+    return EnsureRead() ? d->problems : QList<CouplingTableProblem>();
+}
+
+QList<CouplingTableProblem> CouplingFilterProvider::GetPairProblems(int lowPosition, int midPosition)
+{
+    if (!EnsureRead())
+        return {};
+    QList<CouplingTableProblem> problems;
+    for (const CouplingTableProblem &problem : std::as_const(d->problems)) {
+        if (problem.lowPosition == lowPosition && problem.midPosition == midPosition)
+            problems.append(problem);
+    }
+    if (problems.isEmpty() && !d->filters.contains(PositionPair(lowPosition, midPosition)))
+        problems.append({0, lowPosition, midPosition, QString(), QStringLiteral("the table has no row for the pair")});
+    return problems;
 }
 
 QList<Tolvane::BiquadData> CouplingFilterProvider::GetFilter(int lowPosition, int midPosition)
@@ -216,10 +314,8 @@ Complex CouplingFilterProvider::CalculateCouplingResponse(int lowPosition, int m
     const auto it = d->filters.constFind(PositionPair(lowPosition, midPosition));
     if (it == d->filters.cend())
         return product;
-    for (const FilterKernel::Section &section : it->sections) {
-        if (!FilterKernel::IsKnownType(section.type))
-            FilterKernel::WarnUnknownType(section.type);
+    // Unknown types were reported when the table was read.
+    for (const FilterKernel::Section &section : it->sections)
         product *= FilterKernel::Evaluate(section, frequency);
-    }
     return product;
 }

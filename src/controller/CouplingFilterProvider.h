@@ -3,6 +3,7 @@
 
 #include "BiquadData.h"
 #include "Complex.h"
+#include "CouplingTableProblem.h"
 #include "nvloudspeakerpluginsdk_export.h"
 
 #include <QList>
@@ -20,7 +21,10 @@ class CouplingFilterProviderPrivate;
  * CplFilter of the SQL connection "nvRemoteDriverDatabase", which the host must have added.
  *
  * The table is read on Initialize() or on the first query; while nothing has been read,
- * every query tries again. Failures produce no messages, only empty results.
+ * every query tries again, except that a table whose rows were all skipped is read once per
+ * connection. A failed read produces no message, only empty results; a stored row whose
+ * type, frequency or Q does not read as a number, or whose type is unknown, logs one warning
+ * per read (category nvlps.coupling or nvlps.filter). GetTableProblems() lists them all.
  *
  * Only the creation of the instance is synchronised: initialise it (or make a first query)
  * before using it from several threads; afterwards it is read-only.
@@ -68,6 +72,16 @@ public:
      * pair. Allocation-free: this is what transfer-function queries use.
      */
     Complex CalculateCouplingResponse(int lowPosition, int midPosition, double frequency);
+
+    /**
+     * What is wrong with the table as last read: columns that do not read as numbers, rows
+     * skipped for their gain, filter types outside 0 … 15, frequencies or Q that leave a filter
+     * undefined (in row order), then the pairs of the table's grid (every low with every mid
+     * position) that have no filters. Reads the table first if need be; empty when it cannot.
+     */
+    QList<CouplingTableProblem> GetTableProblems();
+    /// The problems of GetTableProblems() that concern one pair, or that it has no row at all.
+    QList<CouplingTableProblem> GetPairProblems(int lowPosition, int midPosition);
 
 private:
     CouplingFilterProvider();

@@ -36,6 +36,18 @@ inline bool IsKnownType(int type)
     return static_cast<unsigned>(type) <= 15u;
 }
 
+/// Whether a known type's response divides by its frequency (all but the plain gain).
+inline bool UsesFrequency(int type)
+{
+    return type != 0;
+}
+
+/// Whether a known type's response divides by its Q (the second-order forms).
+inline bool UsesQ(int type)
+{
+    return type == 2 || type == 4 || (type >= 6 && type <= 8) || type == 10 || (type >= 12 && type <= 15);
+}
+
 inline Section MakeSection(int type, double fp, double q, double gainDb)
 {
     Section section;

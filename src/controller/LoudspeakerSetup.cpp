@@ -124,7 +124,7 @@ Complex LoudspeakerSetup::GetTransferFunction(Tolvane::FrequencyRange range, int
     Complex h = SwitchFactor(table.switchResponses[0], w[1], frequencyIndex);
     h *= SwitchFactor(table.switchResponses[1], w[2], frequencyIndex);
     h *= SwitchFactor(table.switchResponses[2], w[3], frequencyIndex);
-    if (w[Vocabulary::LowCouplingSwitch] > 0 || w[Vocabulary::MidCouplingSwitch] > 0)
+    if (AppliesCoupling(w[Vocabulary::LowCouplingSwitch], w[Vocabulary::MidCouplingSwitch]))
         h *= m_couplingFilters->CalculateCouplingResponse(w[Vocabulary::LowCouplingSwitch], w[Vocabulary::MidCouplingSwitch], f);
     h *= At(table.systemEq, frequencyIndex);
     h *= m_signedGain;

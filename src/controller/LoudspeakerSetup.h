@@ -107,6 +107,9 @@ public:
      */
     Complex GetTransferFunction(Tolvane::FrequencyRange range, int frequencyIndex, const QMap<int, int> &switches,
                                 Tolvane::SensitivityTypes sensitivityType, bool applyApEq);
+    /// Whether GetTransferFunction() applies the coupling filters of the position pair (low, mid):
+    /// when either position is above 0.
+    static bool AppliesCoupling(int lowPosition, int midPosition) { return lowPosition > 0 || midPosition > 0; }
     /// The sensitivity factor alone (measured sensitivity in pascal and/or array EQ); 1 where none applies.
     Complex GetSensitivity(Tolvane::FrequencyRange range, int frequencyIndex, Tolvane::SensitivityTypes sensitivityType);
 

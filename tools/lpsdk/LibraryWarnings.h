@@ -25,6 +25,8 @@ public:
     LibraryWarnings &operator=(const LibraryWarnings &) = delete;
 
     void setMode(Mode mode);
+    /// Drops the warnings of one category from here on, for a command that reports their subject itself.
+    void silence(const QString &category);
     /// The warnings kept since the last call, in order.
     QList<Warning> take();
 };

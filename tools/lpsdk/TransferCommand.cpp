@@ -6,7 +6,10 @@
 #include "PlotCanvas.h"
 #include "Vocabulary.h"
 
+#include <QJsonArray>
+
 #include <cmath>
+#include <cstdio>
 
 namespace {
 
@@ -129,6 +132,7 @@ int runTransfer(const CommandContext &context)
     const auto sensitivity = static_cast<Tolvane::SensitivityTypes>(sensitivityType);
     const Tolvane::FrequencyRange range = parser.isSet(QStringLiteral("linear")) ? Tolvane::LinearFrequencies : Tolvane::LogarithmicFrequencies;
 
+    context.warnings.silence(QStringLiteral("nvlps.coupling")); // the pair's problems are named below
     context.plugins();
     LoudspeakerDescriptor *loudspeaker = Descriptors::loudspeaker(name);
     SourcePointDescriptor *sourcePoint = Descriptors::sourcePoint(loudspeaker, parser.value(QStringLiteral("source-point")));
@@ -167,6 +171,20 @@ int runTransfer(const CommandContext &context)
         out.line(QStringLiteral("# ") + title + (settings.isEmpty() ? QString() : QStringLiteral(", ") + settings.join(QStringLiteral(", "))));
     const QString levelKey = inSpl ? QStringLiteral("level_dB_SPL") : QStringLiteral("magnitude_dB");
 
+    // The coupling pair's filters, when the table does not give them, are named once here:
+    // the response is then computed without them, or not at all where one is undefined.
+    const int low = switches.value(LowCouplingSwitch);
+    const int mid = switches.value(MidCouplingSwitch);
+    QStringList couplingProblems;
+    if (LoudspeakerSetup::AppliesCoupling(low, mid)) {
+        for (const CouplingTableProblem &problem : CouplingFilterProvider::GetInstance().GetPairProblems(low, mid)) {
+            couplingProblems.append(problem.ToString());
+            std::fprintf(stderr, "lpsdk: warning: coupling switches %d=%d, %d=%d: %s\n", LowCouplingSwitch, low, MidCouplingSwitch, mid, qPrintable(problem.ToString()));
+        }
+    }
+    if (out.mode() == Output::Json && !couplingProblems.isEmpty())
+        out.field(QStringLiteral("coupling_problems"), QString(), QJsonArray::fromStringList(couplingProblems));
+
     Curve curve;
     bool silent = false;
     curve.frequencies = channel->GetFrequencyVector(range);
@@ -180,7 +198,9 @@ int runTransfer(const CommandContext &context)
     }
     out.endList();
     if (silent)
-        out.field(QStringLiteral("null_level_reason"), QStringLiteral("note"), QStringLiteral("a level is null (\"-\") where the magnitude is zero"));
+        out.field(QStringLiteral("null_level_reason"), QStringLiteral("note"),
+            couplingProblems.isEmpty() ? QStringLiteral("a level is null (\"-\") where the magnitude is zero")
+                                       : QStringLiteral("a level is null (\"-\") where the magnitude is zero or undefined: ") + couplingProblems.join(QStringLiteral("; ")));
     if (!plotFile.isEmpty())
         plot(plotFile, title + (settings.isEmpty() ? QString() : QStringLiteral("\n") + settings.join(QStringLiteral(", "))), curve, inSpl ? QStringLiteral("level (dB SPL)") : QStringLiteral("magnitude (dB)"));
     return 0;

@@ -142,6 +142,20 @@ void checkFile(Validator &validator, const CommandContext &context, const QStrin
     }
 }
 
+// The coupling table of --cpl-db, which main() has opened: every problem the library found
+// when it read the table, located by row, positions and column.
+void checkCouplingTable(Validator &validator, const CommandContext &context)
+{
+    const QString file = context.parser.value(QStringLiteral("cpl-db"));
+    validator.setPlugin(QFileInfo(file).fileName());
+    CouplingFilterProvider &provider = CouplingFilterProvider::GetInstance();
+    if (!provider.Initialize())
+        validator.add(QString(), file, QString(), QStringLiteral("the CplFilter table does not read (LowPos, MidPos, BiquadType, BiquadFX, BiquadQ, BiquadVdB)"));
+    context.warnings.take(); // each is one of the problems below
+    for (const CouplingTableProblem &problem : provider.GetTableProblems())
+        validator.add(QString(), file, problem.Location(), problem.message);
+}
+
 } // namespace
 
 int runValidate(const CommandContext &context)
@@ -156,7 +170,12 @@ int runValidate(const CommandContext &context)
         out.field(QStringLiteral("file"), QStringLiteral("file"), context.arguments.first());
     } else if (!context.arguments.isEmpty()) {
         usageError(QStringLiteral("'validate' takes one FILE.json or none; give a plugin folder with --plugins DIR"));
-    } else {
+    }
+    if (context.parser.isSet(QStringLiteral("cpl-db"))) {
+        checkCouplingTable(validator, context);
+        out.field(QStringLiteral("coupling_table"), QStringLiteral("coupling table"), context.parser.value(QStringLiteral("cpl-db")));
+    }
+    if (context.arguments.isEmpty() && (!context.parser.isSet(QStringLiteral("cpl-db")) || context.parser.isSet(QStringLiteral("plugins")))) {
         checkFolder(validator, context, descriptors);
         out.field(QStringLiteral("plugin_folder"), QStringLiteral("plugin folder"), PluginProvider::GetInstance().GetPluginDirectory());
         out.field(QStringLiteral("libraries"), QStringLiteral("libraries"), int(context.plugins().size()));
