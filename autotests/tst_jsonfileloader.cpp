@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonParseError>
+#include <QLoggingCategory>
 #include <QTemporaryDir>
 
 class tst_JsonFileLoader : public QObject
@@ -130,6 +131,15 @@ private Q_SLOTS:
         const JsonReadResult missing = ReadJsonFile(directory.filePath(QStringLiteral("none.json")));
         QCOMPARE(missing.line, 0);
         QVERIFY(!missing.ok());
+    }
+
+    // A host silences a subject by its logging category, without matching texts.
+    void warningsFollowTheirCategory()
+    {
+        QLoggingCategory::setFilterRules(QStringLiteral("nvlps.json.warning=false"));
+        const QVariantMap map = LoadJsonFile(directory.filePath(QStringLiteral("missing.json")));
+        QLoggingCategory::setFilterRules(QString());
+        QVERIFY(map.isEmpty()); // and no warning, which would fail the test
     }
 
     void nonObjectDocumentsGiveEmptyMapsSilently_data()
