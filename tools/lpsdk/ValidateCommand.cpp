@@ -74,30 +74,19 @@ void checkFolder(Validator &validator, const CommandContext &context, int &descr
             continue;
         }
         anyLoaded = true;
+        descriptors += int(library.loudspeakers.size() + library.riggings.size() + library.duplicateFiles.size());
         for (const QString &name : library.loudspeakers) {
-            ++descriptors;
             LoudspeakerDescriptor *loudspeaker = provider.GetLoudspeakerDescriptorProvider()->GetLoudspeakerDescriptor(name);
-            const QString file = loudspeaker->GetFilePath();
-            if (const std::optional<QVariantMap> map = validator.readJson(file, name)) {
-                if (name.isEmpty())
-                    validator.add(name, file, QStringLiteral("name"), QStringLiteral("a loudspeaker descriptor has an empty name"));
-                validator.checkLoudspeaker(loudspeaker, file, *map);
-            }
+            if (const std::optional<QVariantMap> map = validator.readJson(loudspeaker->GetFilePath(), name))
+                validator.checkLoudspeaker(loudspeaker, loudspeaker->GetFilePath(), *map);
         }
         for (const QString &name : library.riggings) {
-            ++descriptors;
             RiggingHardwareDescriptor *item = provider.GetRiggingHardwareDescriptorProvider()->GetRiggingHardwareDescriptor(name);
-            const QString file = item->GetFilePath();
-            if (const std::optional<QVariantMap> map = validator.readJson(file, name)) {
-                if (name.isEmpty())
-                    validator.add(name, file, QStringLiteral("name"), QStringLiteral("a rigging descriptor has an empty name"));
-                validator.checkRigging(item, file, *map);
-            }
+            if (const std::optional<QVariantMap> map = validator.readJson(item->GetFilePath(), name))
+                validator.checkRigging(item, item->GetFilePath(), *map);
         }
-        for (const QString &file : library.duplicateFiles) {
-            ++descriptors;
+        for (const QString &file : library.duplicateFiles)
             checkDuplicate(validator, libraries, file);
-        }
     }
     validator.setPlugin(provider.GetPluginDirectory());
     if (!anyLoaded)

@@ -206,6 +206,8 @@ void Validator::checkBalloonGrid(const QString &descriptor, const QString &file,
 void Validator::checkLoudspeaker(LoudspeakerDescriptor *loudspeaker, const QString &file, const QVariantMap &map)
 {
     const QString name = loudspeaker->GetName();
+    if (name.isEmpty())
+        add(name, file, QStringLiteral("name"), QStringLiteral("a loudspeaker descriptor has an empty name"));
     const QVariantMap cabinet = map.value(QStringLiteral("cabinet")).toMap();
     checkSizes(name, file, cabinet);
     // The shape creator says whether it knows the shape only by its warning.
@@ -241,6 +243,8 @@ void Validator::checkLoudspeaker(LoudspeakerDescriptor *loudspeaker, const QStri
 
 void Validator::checkRigging(RiggingHardwareDescriptor *item, const QString &file, const QVariantMap &map)
 {
+    if (item->GetName().isEmpty())
+        add(QString(), file, QStringLiteral("name"), QStringLiteral("a rigging descriptor has an empty name"));
     checkSizes(item->GetName(), file, map.value(QStringLiteral("cabinet")).toMap());
     checkKeys(item->GetName(), file, RiggingHardwareDescriptorFileKeys::Table(), QJsonObject::fromVariantMap(map), QString());
 }
