@@ -298,7 +298,7 @@ private Q_SLOTS:
         QCOMPARE(results.size(), 1);
         QCOMPARE(results.at(0).fileName, copy);
         QVERIFY(!results.at(0).loaded);
-        QCOMPARE(results.at(0).errorString, QStringLiteral("a plugin library with the base name \"libfullseries\" was loaded before"));
+        QCOMPARE(results.at(0).errorString, QStringLiteral("a plugin library with the base name \"libfullseries\" was taken in before"));
         QCOMPARE(provider.GetPlugins(Tolvane::AllSources).size(), 3);
 
         provider.Clear();

@@ -87,7 +87,7 @@ void PluginProvider::LoadPlugins(const QString &directory)
         m_lastLoadFiles.append(path);
         if (m_loadedPluginFileNames.contains(baseName)) {
             if (!m_loadResults.contains(path)) // a namesake from another folder came first
-                m_loadResults.insert(path, {path, false, QStringLiteral("a plugin library with the base name \"%1\" was loaded before").arg(baseName), {}, {}, {}, {}});
+                m_loadResults.insert(path, {path, false, QStringLiteral("a plugin library with the base name \"%1\" was taken in before").arg(baseName), {}, {}, {}, {}});
             continue;
         }
         newPaths.append(path);

@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 
 int runList(const CommandContext &context)
@@ -24,13 +25,12 @@ int runList(const CommandContext &context)
     }
     out.endList();
 
-    int unloaded = 0;
-    out.beginList(QStringLiteral("unloaded_libraries"), QStringLiteral("Libraries that do not load:"), {{QStringLiteral("library"), QStringLiteral("library")}, {QStringLiteral("error"), QStringLiteral("why")}});
+    const int unloaded = int(std::count_if(libraries.cbegin(), libraries.cend(), [](const PluginLoadResult &library) { return !library.loaded; }));
+    out.beginList(QStringLiteral("unloaded_libraries"), unloaded > 0 ? QStringLiteral("Libraries that do not load:") : QString(),
+        {{QStringLiteral("library"), QStringLiteral("library")}, {QStringLiteral("error"), QStringLiteral("why")}});
     for (const PluginLoadResult &library : libraries) {
-        if (!library.loaded) {
+        if (!library.loaded)
             out.row({QFileInfo(library.fileName).fileName(), library.errorString});
-            ++unloaded;
-        }
     }
     out.endList();
 
