@@ -142,7 +142,8 @@ int main(int argc, char *argv[])
     const bool quiet = parser.isSet(QStringLiteral("quiet"));
     Output output(parser.isSet(QStringLiteral("json")) ? Output::Json : parser.isSet(QStringLiteral("csv")) ? Output::Csv : Output::Text, quiet);
     CouplingDatabase database;
-    LibraryWarnings warnings(quiet ? LibraryWarnings::Drop : commandName == QLatin1String("validate") ? LibraryWarnings::Keep : LibraryWarnings::Print);
+    // validate reports the warnings it needs as problems, so it keeps them even when quiet.
+    LibraryWarnings warnings(commandName == QLatin1String("validate") ? LibraryWarnings::Keep : quiet ? LibraryWarnings::Drop : LibraryWarnings::Print);
     try {
         database.open(parser.value(QStringLiteral("cpl-db")));
         const int status = entry->run(CommandContext(parser, arguments, output, warnings));
