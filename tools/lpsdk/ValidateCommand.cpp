@@ -27,12 +27,14 @@ QString owner(const QList<PluginLoadResult> &libraries, const QString &name, QSt
     return QString();
 }
 
-// Warnings about what the checks find again, located, are left out.
-void addUnlocatedWarnings(Validator &validator, LibraryWarnings &warnings)
+// The library's warnings, except those about what the checks find again, located, and those
+// that follow from a file that does not parse.
+void addUnlocatedWarnings(Validator &validator, const QList<LibraryWarnings::Warning> &warnings)
 {
     QList<LibraryWarnings::Warning> unlocated;
-    for (const LibraryWarnings::Warning &warning : warnings.take()) {
-        if (warning.category != QLatin1String("nvlps.json") && warning.category != QLatin1String("nvlps.balloon") && warning.category != QLatin1String("nvlps.shape"))
+    for (const LibraryWarnings::Warning &warning : warnings) {
+        if (warning.category != QLatin1String("nvlps.json") && warning.category != QLatin1String("nvlps.balloon") && warning.category != QLatin1String("nvlps.shape")
+            && !validator.followsFromUnreadableFile(warning.text))
             unlocated.append(warning);
     }
     validator.addWarnings(QString(), QString(), unlocated);
@@ -62,8 +64,7 @@ void checkDuplicate(Validator &validator, const QList<PluginLoadResult> &librari
 void checkFolder(Validator &validator, const CommandContext &context, int &descriptors)
 {
     const QList<PluginLoadResult> &libraries = context.plugins(true);
-    // Problems in the files the plugins read at registration are found below, located.
-    addUnlocatedWarnings(validator, context.warnings);
+    const QList<LibraryWarnings::Warning> loading = context.warnings.take();
 
     const PluginProvider &provider = PluginProvider::GetInstance();
     bool anyLoaded = false;
@@ -89,6 +90,7 @@ void checkFolder(Validator &validator, const CommandContext &context, int &descr
             checkDuplicate(validator, libraries, file);
     }
     validator.setPlugin(provider.GetPluginDirectory());
+    addUnlocatedWarnings(validator, loading);
     if (!anyLoaded)
         validator.add(QString(), QString(), QString(), libraries.isEmpty() ? QStringLiteral("the folder holds no plugin library") : QStringLiteral("no library of the folder loads as a plugin"));
 }
@@ -120,11 +122,11 @@ void checkFile(Validator &validator, const CommandContext &context, const QStrin
     context.warnings.take();
     if (qstrcmp(kind, "loudspeaker") == 0) {
         LoudspeakerDescriptor loudspeaker(file);
-        addUnlocatedWarnings(validator, context.warnings);
+        addUnlocatedWarnings(validator, context.warnings.take());
         validator.checkLoudspeaker(&loudspeaker, file, *map);
     } else if (qstrcmp(kind, "rigging") == 0) {
         RiggingHardwareDescriptor item(file);
-        addUnlocatedWarnings(validator, context.warnings);
+        addUnlocatedWarnings(validator, context.warnings.take());
         validator.checkRigging(&item, file, *map);
     } else {
         validator.checkSetup(QString(), file, *map);

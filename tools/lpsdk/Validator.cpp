@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QSet>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -41,9 +42,15 @@ std::optional<QVariantMap> Validator::readJson(const QString &file, const QStrin
     const JsonReadResult json = ReadJsonFile(file);
     if (!json.ok()) {
         add(descriptor, file, QString(), json.ErrorText());
+        m_unreadableFiles.append(file);
         return std::nullopt;
     }
     return json.map;
+}
+
+bool Validator::followsFromUnreadableFile(const QString &text) const
+{
+    return std::any_of(m_unreadableFiles.cbegin(), m_unreadableFiles.cend(), [&](const QString &file) { return text.contains(file); });
 }
 
 void Validator::checkSetup(const QString &descriptor, const QString &file, const QVariantMap &setup)

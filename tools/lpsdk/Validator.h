@@ -47,6 +47,8 @@ public:
     /// The file's top-level object, or nothing after one problem that says why (with the line
     /// and column of a syntax error): the file's other checks would only follow from it.
     std::optional<QVariantMap> readJson(const QString &file, const QString &descriptor = QString());
+    /// Whether `text` names a file that readJson() found unreadable: it then follows from that problem.
+    bool followsFromUnreadableFile(const QString &text) const;
 
     void checkLoudspeaker(LoudspeakerDescriptor *loudspeaker, const QString &file, const QVariantMap &map);
     void checkRigging(RiggingHardwareDescriptor *item, const QString &file, const QVariantMap &map);
@@ -65,5 +67,6 @@ private:
     LibraryWarnings &m_warnings;
     QString m_plugin;
     bool m_checkResources = true;
+    QStringList m_unreadableFiles;
     QList<Problem> m_problems;
 };
