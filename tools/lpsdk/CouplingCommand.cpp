@@ -24,6 +24,7 @@ int runCoupling(const CommandContext &context)
 {
     if (!context.arguments.isEmpty())
         usageError(QStringLiteral("'coupling' takes no name, not \"%1\"").arg(context.arguments.join(QLatin1Char(' '))));
+    context.warnings.silence(QStringLiteral("nvlps.coupling")); // the pair's problems are listed below
     CouplingFilterProvider &coupling = CouplingFilterProvider::GetInstance();
     if (!coupling.Initialize())
         dataError(QStringLiteral("the coupling filter table cannot be read"));
@@ -56,5 +57,13 @@ int runCoupling(const CommandContext &context)
     for (const Tolvane::BiquadData &biquad : coupling.GetFilter(low, mid))
         out.row({biquad.type, biquad.frequency, biquad.q, biquad.gain});
     out.endList();
-    return 0;
+    // What the table lacks for this pair, so that an empty or odd list does not pass unexplained.
+    QStringList problems;
+    for (const CouplingTableProblem &problem : coupling.GetPairProblems(low, mid))
+        problems.append(problem.ToString());
+    out.beginList(QStringLiteral("problems"), problems.isEmpty() ? QString() : QStringLiteral("problems of the pair:"), {{QStringLiteral("problem"), QStringLiteral("problem")}});
+    for (const QString &problem : std::as_const(problems))
+        out.row({problem});
+    out.endList();
+    return problems.isEmpty() ? 0 : 1;
 }
