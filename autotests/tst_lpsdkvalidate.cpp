@@ -232,6 +232,12 @@ void tst_LpsdkValidate::couplingTables()
     const QJsonArray reasons = transfer.json().value(QStringLiteral("coupling_problems")).toArray();
     QVERIFY(std::any_of(reasons.cbegin(), reasons.cend(), [&](const QJsonValue &reason) { return reason.toString().endsWith(problem); }));
 
+    const Run coupling = lpsdk({QStringLiteral("coupling"), QStringLiteral("--low"), QStringLiteral("14"), QStringLiteral("--mid"), QStringLiteral("1"),
+                                QStringLiteral("--json"), QStringLiteral("--cpl-db"), table});
+    QCOMPARE(coupling.status, 1);
+    const QJsonArray pairProblems = coupling.json().value(QStringLiteral("problems")).toArray();
+    QVERIFY(std::any_of(pairProblems.cbegin(), pairProblems.cend(), [&](const QJsonValue &row) { return row[QStringLiteral("problem")].toString().endsWith(problem); }));
+
     const Run validate = lpsdk({QStringLiteral("validate"), QStringLiteral("--json"), QStringLiteral("--cpl-db"), table});
     QCOMPARE(validate.status, 1);
     QCOMPARE(problems(validate).size(), validateProblems);
