@@ -279,13 +279,12 @@ void tst_CouplingFilterProvider::rowProblemsAreReportedOncePerRead()
         statements.append(QStringLiteral("INSERT INTO CplFilter VALUES (%1)").arg(QLatin1String(row)));
     QVERIFY(UseNewDatabase(QStringLiteral("problems"), statements));
     QTest::ignoreMessage(QtWarningMsg, "CplFilter row 1 (LowPos 4, MidPos 1): BiquadFX \"1k\" does not read as a number (read as 0)");
-    QTest::ignoreMessage(QtWarningMsg, "unknown filter type 16");
     QVERIFY(provider.Initialize());
 
-    // What a row contributes is unchanged: all five stored, evaluated without further warnings.
+    // What a row contributes is unchanged: all five stored; an unknown type warns where it is evaluated.
     QCOMPARE(provider.GetFilter(4, 1).size(), 5);
-    for (double frequency : {100.0, 1000.0})
-        provider.CalculateCouplingResponse(4, 1, frequency);
+    QTest::ignoreMessage(QtWarningMsg, "unknown filter type 16");
+    provider.CalculateCouplingResponse(4, 1, 1000.0);
     QStringList texts;
     for (const CouplingTableProblem &problem : provider.GetTableProblems())
         texts.append(problem.ToString());

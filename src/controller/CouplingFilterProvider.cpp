@@ -77,7 +77,6 @@ void CouplingFilterProviderPrivate::CheckStoredRow(const CouplingTableProblem &w
         problems.append(problem);
     };
     if (!FilterKernel::IsKnownType(biquad.type)) {
-        FilterKernel::WarnUnknownType(biquad.type); // once per read, not on every evaluation
         add("BiquadType", QStringLiteral("%1 is no filter type (0 ... 15); the filter passes everything").arg(biquad.type));
         return;
     }
@@ -314,8 +313,10 @@ Complex CouplingFilterProvider::CalculateCouplingResponse(int lowPosition, int m
     const auto it = d->filters.constFind(PositionPair(lowPosition, midPosition));
     if (it == d->filters.cend())
         return product;
-    // Unknown types were reported when the table was read.
-    for (const FilterKernel::Section &section : it->sections)
+    for (const FilterKernel::Section &section : it->sections) {
+        if (!FilterKernel::IsKnownType(section.type))
+            FilterKernel::WarnUnknownType(section.type);
         product *= FilterKernel::Evaluate(section, frequency);
+    }
     return product;
 }

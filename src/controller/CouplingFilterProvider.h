@@ -23,8 +23,8 @@ class CouplingFilterProviderPrivate;
  * The table is read on Initialize() or on the first query; while nothing has been read,
  * every query tries again, except that a table whose rows were all skipped is read once per
  * connection. A failed read produces no message, only empty results; a stored row whose
- * type, frequency or Q does not read as a number, or whose type is unknown, logs one warning
- * per read (category nvlps.coupling or nvlps.filter). GetTableProblems() lists them all.
+ * type, frequency or Q does not read as a number logs one warning per read (category
+ * nvlps.coupling). GetTableProblems() lists every problem of the table.
  *
  * Only the creation of the instance is synchronised: initialise it (or make a first query)
  * before using it from several threads; afterwards it is read-only.

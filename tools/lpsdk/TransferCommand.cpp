@@ -177,6 +177,8 @@ int runTransfer(const CommandContext &context)
     const int mid = switches.value(MidCouplingSwitch);
     QStringList couplingProblems;
     if (LoudspeakerSetup::AppliesCoupling(low, mid)) {
+        // An unknown type warns at every evaluation, once per frequency; it is among these.
+        context.warnings.silence(QStringLiteral("nvlps.filter"));
         for (const CouplingTableProblem &problem : CouplingFilterProvider::GetInstance().GetPairProblems(low, mid)) {
             couplingProblems.append(problem.ToString());
             std::fprintf(stderr, "lpsdk: warning: coupling switches %d=%d, %d=%d: %s\n", LowCouplingSwitch, low, MidCouplingSwitch, mid, qPrintable(problem.ToString()));
