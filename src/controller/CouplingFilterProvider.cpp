@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QMutexLocker>
+#include <QPointer>
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlQuery>
@@ -62,8 +63,9 @@ public:
     QList<int> lowPositions;
     QList<int> midPositions;
     QList<CouplingTableProblem> problems;
-    // The connection whose table yielded no filter: it is not read again on every query.
-    const QSqlDriver *emptyTableDriver = nullptr;
+    // The connection whose table yielded no filter: it is not read again on every query. A
+    // guarded pointer, so that a new connection's driver at a freed one's address is not taken for it.
+    QPointer<QSqlDriver> emptyTableDriver;
 
     void CheckStoredRow(const CouplingTableProblem &where, const Tolvane::BiquadData &biquad);
 };
