@@ -51,10 +51,13 @@ void checkDuplicate(Validator &validator, const QList<PluginLoadResult> &librari
     const PluginProvider &provider = PluginProvider::GetInstance();
     QString kept;
     QString keeper;
-    if (LoudspeakerDescriptor *loudspeaker = provider.GetLoudspeakerDescriptorProvider()->GetLoudspeakerDescriptor(name); loudspeaker && map->contains(QStringLiteral("sourcePoints"))) {
+    LoudspeakerDescriptor *loudspeaker = provider.GetLoudspeakerDescriptorProvider()->GetLoudspeakerDescriptor(name);
+    RiggingHardwareDescriptor *item = provider.GetRiggingHardwareDescriptorProvider()->GetRiggingHardwareDescriptor(name);
+    // A name in both registries: loudspeaker files are those with source points.
+    if (loudspeaker && (!item || map->contains(QStringLiteral("sourcePoints")))) {
         kept = loudspeaker->GetFilePath();
         keeper = owner(libraries, name, &PluginLoadResult::loudspeakers);
-    } else if (RiggingHardwareDescriptor *item = provider.GetRiggingHardwareDescriptorProvider()->GetRiggingHardwareDescriptor(name)) {
+    } else if (item) {
         kept = item->GetFilePath();
         keeper = owner(libraries, name, &PluginLoadResult::riggings);
     }
