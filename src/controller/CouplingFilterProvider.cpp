@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QMutexLocker>
 #include <QPointer>
+#include <QThread>
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlQuery>
@@ -188,7 +189,9 @@ bool CouplingFilterProvider::EnsureRead()
         return true;
     // A table without usable rows stays so until the host points the connection elsewhere
     // (or calls Initialize()); reading it again on every query would cost a query each time.
-    if (d->emptyTableDriver && QSqlDatabase::database(QStringLiteral("nvRemoteDriverDatabase"), false).driver() == d->emptyTableDriver)
+    // Other threads may not use the connection at all; for them the table stays as read.
+    const QSqlDriver *driver = d->emptyTableDriver.data();
+    if (driver && (driver->thread() != QThread::currentThread() || QSqlDatabase::database(QStringLiteral("nvRemoteDriverDatabase"), false).driver() == driver))
         return true;
     return ReadCplFiltersFromNvRemLib();
 }
