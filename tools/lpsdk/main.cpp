@@ -44,6 +44,9 @@ const QList<CommandEntry> &commands()
         {"balloon-pack", runBalloonPack, "INPUT.csv|INPUT.sofa -o OUT.bin: pack measured directivity into a balloon file",
          {QStringLiteral("output"), QStringLiteral("format"), QStringLiteral("symmetry"), QStringLiteral("no-seam-column"),
           QStringLiteral("measurement"), QStringLiteral("symmetry-tolerance"), QStringLiteral("force")}},
+        {"directivity", runDirectivity, "NAME|FILE.bin: directivity index, beamwidths and spinorama curves; --plot draws them",
+         {QStringLiteral("source-point"), QStringLiteral("key"), QStringLiteral("flush-mount"), QStringLiteral("mounting"), QStringLiteral("setup"),
+          QStringLiteral("switch"), QStringLiteral("plot"), QStringLiteral("kind"), QStringLiteral("vertical"), QStringLiteral("normalize")}},
     };
     return table;
 }
@@ -80,6 +83,9 @@ QList<QCommandLineOption> allOptions()
         {QStringLiteral("measurement"), QStringLiteral("'balloon-pack' of a SOFA file: which measurement (1 ... M, default 1)."), QStringLiteral("k"), QStringLiteral("1")},
         {QStringLiteral("symmetry-tolerance"), QStringLiteral("'balloon-pack' of a SOFA file: largest level difference between mirrored directions, dB (default 1)."), QStringLiteral("dB"), QStringLiteral("1")},
         {QStringLiteral("force"), QStringLiteral("'balloon-pack' of a SOFA file: pack a symmetry the data does not have.")},
+        {QStringLiteral("kind"), QStringLiteral("'directivity --plot': spinorama, isobar, di, beamwidth or offaxis (default spinorama)."), QStringLiteral("kind"), QStringLiteral("spinorama")},
+        {QStringLiteral("vertical"), QStringLiteral("'directivity --kind offaxis': the vertical plane instead of the horizontal.")},
+        {QStringLiteral("normalize"), QStringLiteral("'directivity --kind offaxis': levels relative to on-axis.")},
         {QStringLiteral("expect-loudspeaker"), QStringLiteral("'list': fail unless a loudspeaker of this name is registered."), QStringLiteral("name")},
         {QStringLiteral("expect-rigging"), QStringLiteral("'list': fail unless a rigging item of this name is registered."), QStringLiteral("name")},
     };
