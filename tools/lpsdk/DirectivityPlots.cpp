@@ -154,7 +154,7 @@ QStringList kinds()
 void draw(const QString &file, const QString &kind, const QString &title, const DirectivityAnalysis &analysis, bool vertical, bool normalize)
 {
     const QString captions[] = {QStringLiteral("spinorama curves"), QStringLiteral("isobars: level relative to on-axis"),
-                                QStringLiteral("directivity index"), QStringLiteral("-6 dB beamwidth"),
+                                QStringLiteral("directivity index"), QStringLiteral("-6 dB beamwidth (no line where the level does not fall by 6 dB on both sides)"),
                                 QStringLiteral("%1 off-axis responses, 0 ... 90° in 10° steps%2")
                                     .arg(vertical ? QStringLiteral("vertical (upwards)") : QStringLiteral("horizontal (to the left)"),
                                          normalize ? QStringLiteral(", relative to on-axis") : QString())};
