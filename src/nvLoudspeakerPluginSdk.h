@@ -41,6 +41,7 @@
 // Directivity
 #include "BalloonCell.h"
 #include "BalloonCsvPacker.h"
+#include "BalloonCsvUnpacker.h"
 #include "BalloonFile.h"
 #include "BalloonFileWriter.h"
 #include "BalloonProblem.h"

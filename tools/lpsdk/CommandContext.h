@@ -66,3 +66,4 @@ int runShape(const CommandContext &context);
 int runValidate(const CommandContext &context);
 int runBalloonPack(const CommandContext &context);
 int runDirectivity(const CommandContext &context);
+int runBalloonUnpack(const CommandContext &context);
