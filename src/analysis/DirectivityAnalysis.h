@@ -62,8 +62,12 @@ public:
 
 private:
     enum class BeamwidthState : unsigned char { Found, SilentOnAxis, NoFall, OneSided };
+    struct StepCell {
+        double angle;
+        BalloonCell cell;
+    };
     BalloonCell PlaneCell(DirectivityPlane plane, double angle) const;
-    double SideAngle(int frequencyIndex, DirectivityPlane plane, int side, double threshold) const;
+    double SideAngle(int frequencyIndex, DirectivityPlane plane, int side, double threshold, const std::vector<StepCell> &steps) const;
     void ComputeSoundPower();
     void ComputeBeamwidths(DirectivityPlane plane);
 
