@@ -3,6 +3,7 @@
 // so the tests pin structure rather than wording.
 #include "SourcePointDescriptor.h"
 
+#include "LpsdkRun.h"
 #include "TestHelpers.h"
 
 #include <QDir>
@@ -18,22 +19,6 @@
 #include <cmath>
 
 namespace {
-
-struct Run
-{
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
-};
-
-Run lpsdk(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral(LPSDK_EXECUTABLE), arguments);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
-}
 
 QString demoPlugin()
 {

@@ -1,35 +1,18 @@
 // SPDX-License-Identifier: MIT
 // lpsdk directivity and balloon-unpack end to end, on the demo series and on packed files.
+#include "LpsdkRun.h"
 #include "TestHelpers.h"
 
 #include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
 #include <QtEndian>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <cmath>
 
 namespace {
-
-struct Run
-{
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
-};
-
-Run lpsdk(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral(LPSDK_EXECUTABLE), QStringList{QStringLiteral("--plugins"), QStringLiteral(LPSDK_PLUGIN_DIR)} + arguments);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
-}
 
 QString demoBalloon(const QString &name)
 {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // lpsdk balloon-unpack: a balloon file back to the CSV that balloon-pack reads.
 #include "CommandContext.h"
-
-#include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
+#include "DirectivitySource.h"
 
 int runBalloonUnpack(const CommandContext &context)
 {
@@ -10,16 +9,10 @@ int runBalloonUnpack(const CommandContext &context)
     const QString output = context.parser.value(QStringLiteral("output"));
     if (output.isEmpty())
         usageError(QStringLiteral("'balloon-unpack' needs -o OUT.csv"));
-    const BalloonReadResult result = BalloonFile::Read(input);
-    if (!result.table) {
-        QStringList problems;
-        for (const BalloonProblem &problem : result.problems)
-            problems.append(problem.ToString());
-        dataError(QStringLiteral("%1: %2").arg(input, problems.join(QStringLiteral("; "))));
-    }
-    if (!BalloonCsvUnpacker::Write(*result.table, output))
+    const std::shared_ptr<const BalloonTable> read = DirectivitySource::readFile(input);
+    const BalloonTable &table = *read;
+    if (!BalloonCsvUnpacker::Write(table, output))
         dataError(QStringLiteral("cannot write %1").arg(output));
-    const BalloonTable &table = *result.table;
     Output &out = context.output;
     out.field(QStringLiteral("input"), QStringLiteral("balloon file"), input);
     out.field(QStringLiteral("output"), QStringLiteral("CSV file"), output);

@@ -15,16 +15,9 @@ DirectivitySource openFile(const CommandContext &context, const QString &path)
         if (context.parser.isSet(QLatin1String(option)))
             usageError(QStringLiteral("--%1 applies to a loudspeaker, not to a balloon file").arg(QLatin1String(option)));
     }
-    const BalloonReadResult result = BalloonFile::Read(path);
-    if (!result.table) {
-        QStringList problems;
-        for (const BalloonProblem &problem : result.problems)
-            problems.append(problem.ToString());
-        dataError(QStringLiteral("%1: %2").arg(path, problems.join(QStringLiteral("; "))));
-    }
     DirectivitySource source;
     source.title = QFileInfo(path).fileName();
-    source.table = result.table;
+    source.table = DirectivitySource::readFile(path);
     return source;
 }
 
@@ -60,6 +53,18 @@ DirectivitySource openLoudspeaker(const CommandContext &context, const QString &
 }
 
 } // namespace
+
+std::shared_ptr<const BalloonTable> DirectivitySource::readFile(const QString &path)
+{
+    const BalloonReadResult result = BalloonFile::Read(path);
+    if (!result.table) {
+        QStringList problems;
+        for (const BalloonProblem &problem : result.problems)
+            problems.append(problem.ToString());
+        dataError(QStringLiteral("%1: %2").arg(path, problems.join(QStringLiteral("; "))));
+    }
+    return result.table;
+}
 
 DirectivitySource DirectivitySource::open(const CommandContext &context)
 {

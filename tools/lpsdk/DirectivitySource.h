@@ -22,4 +22,6 @@ struct DirectivitySource
 
     /// NAME [--source-point N] [--key K] [--setup S --switch n=v] [--flush-mount], or FILE.bin.
     static DirectivitySource open(const CommandContext &context);
+    /// The balloon file's table, or a data error listing its located problems.
+    static std::shared_ptr<const BalloonTable> readFile(const QString &path);
 };

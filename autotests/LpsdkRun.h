@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+
+// One run of the lpsdk host (LPSDK_EXECUTABLE, with the demo series beside it): its exit status,
+// stdout and stderr.
+struct Run
+{
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
+};
+
+inline Run lpsdk(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(LPSDK_EXECUTABLE), arguments);
+    process.waitForFinished(120000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
+}
