@@ -4,6 +4,7 @@
 #include "BalloonReadResult.h"
 #include "nvloudspeakerpluginsdk_export.h"
 
+#include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
@@ -26,6 +27,8 @@ public:
     /// Reads everything left in an open device.
     static BalloonReadResult Read(QIODevice &device);
     static BalloonReadResult Read(QByteArrayView bytes);
+    /// Read(QByteArrayView), which a QByteArray would otherwise find ambiguous with a file name.
+    static BalloonReadResult Read(const QByteArray &bytes) { return Read(QByteArrayView(bytes)); }
 
     /// Every problem of the file's bytes; empty when Read() would give a table.
     static QList<BalloonProblem> Check(QByteArrayView bytes);
