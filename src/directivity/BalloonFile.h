@@ -16,10 +16,10 @@ class QIODevice;
  *
  * Read() is strict: it checks the header against the file's size and each field against its
  * meaning, and a file with any problem gives no table but every problem found, each naming its
- * header field or byte offset. Decode() reads as a source point does, leniently: a short file
- * reads zeros past its end and nothing is validated. Both are thread-safe. Files are written by
- * BalloonFileWriter (the CSV and SOFA importers produce its data); reader, checks and writer share
- * one layout, BalloonFormat.
+ * header field or byte offset ("file" when it cannot be opened). Decode() reads as a source
+ * point does, leniently: a short file reads zeros past its end and nothing is validated. Both
+ * are thread-safe. Files are written by BalloonFileWriter (the CSV and SOFA importers produce its
+ * data); reader, checks and writer share one layout, BalloonFormat.
  */
 class NVLPS_EXPORT BalloonFile
 {
