@@ -40,6 +40,7 @@
 
 // Directivity
 #include "BalloonCell.h"
+#include "BalloonCheck.h"
 #include "BalloonCsvPacker.h"
 #include "BalloonCsvUnpacker.h"
 #include "BalloonFile.h"

@@ -182,7 +182,7 @@ BalloonReadResult BalloonFile::Read(QByteArrayView bytes)
 BalloonReadResult BalloonFile::Read(QIODevice &device)
 {
     if (!device.isReadable())
-        return {nullptr, {{QString(), -1, QStringLiteral("the device is not open for reading")}}};
+        return {nullptr, {{QStringLiteral("file"), -1, QStringLiteral("the device is not open for reading")}}};
     return Read(QByteArrayView(device.readAll()));
 }
 
@@ -190,7 +190,7 @@ BalloonReadResult BalloonFile::Read(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return {nullptr, {{QString(), -1, QStringLiteral("cannot open %1: %2").arg(fileName, file.errorString())}}};
+        return {nullptr, {{QStringLiteral("file"), -1, QStringLiteral("cannot open %1: %2").arg(fileName, file.errorString())}}};
     // Resources stored uncompressed and plain files are mapped in place.
     if (const uchar *mapped = file.size() > 0 ? file.map(0, file.size()) : nullptr)
         return Read(QByteArrayView(mapped, file.size()));

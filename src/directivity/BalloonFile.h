@@ -4,6 +4,7 @@
 #include "BalloonReadResult.h"
 #include "nvloudspeakerpluginsdk_export.h"
 
+#include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
@@ -15,8 +16,10 @@ class QIODevice;
  *
  * Read() is strict: it checks the header against the file's size and each field against its
  * meaning, and a file with any problem gives no table but every problem found, each naming its
- * header field or byte offset. Decode() reads as a source point does, leniently: a short file
- * reads zeros past its end and nothing is validated. Both are thread-safe.
+ * header field or byte offset ("file" when it cannot be opened). Decode() reads as a source
+ * point does, leniently: a short file reads zeros past its end and nothing is validated. Both
+ * are thread-safe. Files are written by BalloonFileWriter (the CSV and SOFA importers produce its
+ * data); reader, checks and writer share one layout, BalloonFormat.
  */
 class NVLPS_EXPORT BalloonFile
 {
@@ -26,6 +29,8 @@ public:
     /// Reads everything left in an open device.
     static BalloonReadResult Read(QIODevice &device);
     static BalloonReadResult Read(QByteArrayView bytes);
+    /// Read(QByteArrayView), which a QByteArray would otherwise find ambiguous with a file name.
+    static BalloonReadResult Read(const QByteArray &bytes) { return Read(QByteArrayView(bytes)); }
 
     /// Every problem of the file's bytes; empty when Read() would give a table.
     static QList<BalloonProblem> Check(QByteArrayView bytes);

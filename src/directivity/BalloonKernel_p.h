@@ -127,11 +127,31 @@ inline __m128d squaredMagnitudes(const CellRow &row)
 
 // Sums w * c and w * |c| over the corners (t, p), (t, p + 1), (t + 1, p) and (t + 1, p + 1) of
 // positive weight, at cell[0], cell[1], cell[stride] and cell[stride + 1], in that order, and
-// tells whether the phases keep the sum (|sum| >= 0.99 * sum of w * |c|).
-inline bool interpolateCell(const std::complex<float> *cell, qint64 stride, double tf, double pf, Complex &sum,
-                            double &magnitudeSum)
+// tells whether the phases keep the sum (|sum| >= 0.99 * sum of w * |c|). This is the plain
+// arithmetic; a vector path must equal it bit for bit.
+inline bool interpolateCellScalar(const std::complex<float> *cell, qint64 stride, double tf, double pf, Complex &sum,
+                                  double &magnitudeSum)
 {
+    double w[4];
+    cornerWeights(tf, pf, w);
+    const Complex corners[4] = {Complex(cell[0]), Complex(cell[1]), Complex(cell[stride]), Complex(cell[stride + 1])};
+    sum = Complex(0.0, 0.0);
+    magnitudeSum = 0.0;
+    for (int corner = 0; corner < 4; ++corner) {
+        if (w[corner] > 0) {
+            sum += corners[corner] * w[corner];
+            magnitudeSum += corners[corner].abs() * w[corner];
+        }
+    }
+    return rootAtLeast(sum.real() * sum.real() + sum.imag() * sum.imag(), 0.99 * magnitudeSum);
+}
+
 #ifdef __SSE2__
+// interpolateCellScalar() with two corners per instruction: the sums are formed in the same
+// corner order, and a skipped corner adds +0.
+inline bool interpolateCellVector(const std::complex<float> *cell, qint64 stride, double tf, double pf, Complex &sum,
+                                  double &magnitudeSum)
+{
     const __m128d columns = _mm_set_pd(pf, 1 - pf);
     __m128d total = _mm_setzero_pd();
     double m = 0.0;
@@ -144,29 +164,19 @@ inline bool interpolateCell(const std::complex<float> *cell, qint64 stride, doub
     }
     magnitudeSum = m;
     sum = Complex(_mm_cvtsd_f64(total), _mm_cvtsd_f64(_mm_unpackhi_pd(total, total)));
-#else
-    double w[4];
-    cornerWeights(tf, pf, w);
-    const Complex corners[4] = {Complex(cell[0]), Complex(cell[1]), Complex(cell[stride]), Complex(cell[stride + 1])};
-    sum = Complex(0.0, 0.0);
-    magnitudeSum = 0.0;
-    for (int corner = 0; corner < 4; ++corner) {
-        if (w[corner] > 0) {
-            sum += corners[corner] * w[corner];
-            magnitudeSum += corners[corner].abs() * w[corner];
-        }
-    }
-#endif
     return rootAtLeast(sum.real() * sum.real() + sum.imag() * sum.imag(), 0.99 * magnitudeSum);
 }
+#endif
 
-// A cell inside a table: its corner (t, p), the stride to the next row and the fractions.
-struct Cell {
-    const std::complex<float> *values = nullptr;
-    qint64 stride = 0;
-    double tf = 0.0;
-    double pf = 0.0;
-};
+inline bool interpolateCell(const std::complex<float> *cell, qint64 stride, double tf, double pf, Complex &sum,
+                            double &magnitudeSum)
+{
+#ifdef __SSE2__
+    return interpolateCellVector(cell, stride, tf, pf, sum, magnitudeSum);
+#else
+    return interpolateCellScalar(cell, stride, tf, pf, sum, magnitudeSum);
+#endif
+}
 
 // The value of a cell inside the table, deciding the cancellation rule with the roots.
 Q_NEVER_INLINE inline Complex exactCell(const std::complex<float> *cell, qint64 stride, double tf, double pf)

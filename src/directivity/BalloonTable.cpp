@@ -78,43 +78,68 @@ qsizetype BalloonTable::GetFlushMountValueCount() const
     return m_flushMountValues ? qsizetype(m_flushMountValues->size()) : 0;
 }
 
+// The steps of a lookup, inlined into each public entry: exported members would call each other
+// through the procedure linkage table.
+struct BalloonLookup {
+    Q_ALWAYS_INLINE static int Frequency(const BalloonTable &table, double frequency)
+    {
+        const QList<double> &v = table.m_frequencies->values;
+        return table.m_frequencies->index.Find(v.constData(), v.size(), frequency);
+    }
+
+    Q_ALWAYS_INLINE static BalloonCell Cell(const BalloonTable &table, double theta, double phi, bool flushMount)
+    {
+        const BalloonTable::Grid &grid = table.m_grid;
+        BalloonCell cell;
+        cell.flushMount = flushMount && table.m_flushMount;
+        const double t = theta / grid.thetaStepWidth;
+        const double p = cell.flushMount ? flushMountColumn(phi) : BalloonFileReader::PhiIndex(phi, grid.symmetry, grid.phiStepWidth);
+        cell.theta = interpolationIndex(t, cell.thetaFraction);
+        cell.phi = interpolationIndex(p, cell.phiFraction);
+        constexpr double Limit = 2147483648.0; // with a compact grid, no index product overflows
+        cell.plain = !cell.flushMount && t >= 0 && t < Limit && p >= 0 && p < Limit;
+        return cell;
+    }
+
+    // The short way: a plain cell inside the table, with no overflow or per-corner checks and no
+    // roots unless the phases nearly cancel. Everything else takes the checked way, with the same
+    // results where both go.
+    Q_ALWAYS_INLINE static Complex Value(const BalloonTable &table, int frequencyIndex, const BalloonCell &cell)
+    {
+        if (Q_LIKELY(cell.plain && table.m_compactGrid && frequencyIndex >= 0
+                     && frequencyIndex < table.m_frequencies->values.size())) {
+            const qint64 stride = table.m_grid.nv;
+            const qint64 first = (frequencyIndex * qint64(table.m_grid.nh) + cell.theta) * stride + cell.phi;
+            if (Q_LIKELY(first < qint64(table.m_values->size()) - stride - 1)) {
+                const std::complex<float> *values = table.m_values->data() + first;
+                const WeightedSum sum = weightedSum(values, stride, cell.thetaFraction, cell.phiFraction);
+                return Q_LIKELY(sum.keepsPhases) ? sum.value
+                                                 : exactCell(values, stride, cell.thetaFraction, cell.phiFraction);
+            }
+        }
+        return table.GetCheckedValue(frequencyIndex, cell);
+    }
+};
+
 int BalloonTable::FindFrequencyIndex(double frequency) const
 {
-    const QList<double> &v = m_frequencies->values;
-    return m_frequencies->index.Find(v.constData(), v.size(), frequency);
+    return BalloonLookup::Frequency(*this, frequency);
 }
 
 BalloonCell BalloonTable::GetCell(double theta, double phi, bool flushMount) const
 {
-    BalloonCell cell;
-    cell.flushMount = flushMount && m_flushMount;
-    const double t = theta / m_grid.thetaStepWidth;
-    const double p = cell.flushMount ? flushMountColumn(phi)
-                                     : BalloonFileReader::PhiIndex(phi, m_grid.symmetry, m_grid.phiStepWidth);
-    cell.theta = interpolationIndex(t, cell.thetaFraction);
-    cell.phi = interpolationIndex(p, cell.phiFraction);
-    constexpr double Limit = 2147483648.0; // with a compact grid, no index product overflows
-    cell.plain = !cell.flushMount && t >= 0 && t < Limit && p >= 0 && p < Limit;
-    return cell;
+    return BalloonLookup::Cell(*this, theta, phi, flushMount);
 }
 
 Complex BalloonTable::GetValue(int frequencyIndex, const BalloonCell &cell) const
 {
-    // The short way: a plain cell inside the table, with no overflow or per-corner checks and no
-    // roots unless the phases nearly cancel. Everything else takes the checked way, with the same
-    // results where both go.
-    if (Q_LIKELY(cell.plain && m_compactGrid && frequencyIndex >= 0
-                 && frequencyIndex < m_frequencies->values.size())) {
-        const qint64 stride = m_grid.nv;
-        const qint64 first = (frequencyIndex * qint64(m_grid.nh) + cell.theta) * stride + cell.phi;
-        if (Q_LIKELY(first < qint64(m_values->size()) - stride - 1)) {
-            const std::complex<float> *values = m_values->data() + first;
-            const WeightedSum sum = weightedSum(values, stride, cell.thetaFraction, cell.phiFraction);
-            return Q_LIKELY(sum.keepsPhases) ? sum.value
-                                             : exactCell(values, stride, cell.thetaFraction, cell.phiFraction);
-        }
-    }
-    return GetCheckedValue(frequencyIndex, cell);
+    return BalloonLookup::Value(*this, frequencyIndex, cell);
+}
+
+Complex BalloonTable::GetValueAtFrequency(double frequency, double theta, double phi, bool flushMount) const
+{
+    return BalloonLookup::Value(*this, BalloonLookup::Frequency(*this, frequency),
+                                BalloonLookup::Cell(*this, theta, phi, flushMount));
 }
 
 Q_NEVER_INLINE Complex BalloonTable::GetCheckedValue(int frequencyIndex, const BalloonCell &cell) const

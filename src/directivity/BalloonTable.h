@@ -111,7 +111,12 @@ public:
         return GetValue(frequencyIndex, GetCell(theta, phi, flushMount));
     }
 
+    /// GetValue(FindFrequencyIndex(frequency), theta, phi, flushMount), in one call: what a
+    /// source point answers for its key, with phi already turned by the normal angle.
+    Complex GetValueAtFrequency(double frequency, double theta, double phi, bool flushMount = false) const;
+
 private:
+    friend struct BalloonLookup; // the lookup's inlined steps
     struct Frequencies;
     using Values = std::vector<std::complex<float>>;
 

@@ -33,20 +33,6 @@ struct HeldBalloon {
     nvScientificComputing::Balloon balloon;
 };
 
-template<typename Entries>
-const BalloonTable *chooseFlushMount(const Entries &withFlushMount, const QString &key)
-{
-    if (withFlushMount.empty())
-        return nullptr;
-    if (withFlushMount.size() > 1) {
-        for (const auto &entry : withFlushMount) {
-            if (entry.key == key)
-                return entry.table.get();
-        }
-    }
-    return withFlushMount.front().table.get();
-}
-
 } // namespace
 
 SourcePointBalloons SourcePointBalloons::With(const QString &key, std::shared_ptr<const BalloonTable> table,
@@ -73,7 +59,7 @@ SourcePointBalloons SourcePointBalloons::With(const QString &key, std::shared_pt
         const bool seen = std::any_of(next.m_lookups.cbegin(), next.m_lookups.cend(),
                                       [&](const Entry &entry) { return entry.key == file.key; });
         if (!seen)
-            next.m_lookups.push_back({file.key, BalloonTable::WithGridOf(grid, *file.table, chooseFlushMount(withFlushMount, file.key))});
+            next.m_lookups.push_back({file.key, BalloonTable::WithGridOf(grid, *file.table, Choose(withFlushMount, file.key))});
     }
     return next;
 }

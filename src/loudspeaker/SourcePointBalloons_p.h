@@ -31,16 +31,7 @@ public:
 
     /// The table a lookup of `key` reads: with several tables, the first of that key, else the
     /// first table; with one, that table whatever the key. Null before the first file.
-    const BalloonTable *Choose(const QString &key) const
-    {
-        if (m_lookups.size() > 1) {
-            for (const Entry &entry : m_lookups) {
-                if (entry.key == key)
-                    return entry.table.get();
-            }
-        }
-        return m_lookups.empty() ? nullptr : m_lookups.front().table.get();
-    }
+    const BalloonTable *Choose(const QString &key) const { return Choose(m_lookups, key); }
 
     /// The last file's table, whose grid every lookup uses; null before the first file.
     const BalloonTable *Grid() const { return m_files.empty() ? nullptr : m_files.back().table.get(); }
@@ -51,6 +42,17 @@ public:
     QString FileName(const QString &key) const { return m_fileNames.value(key); }
 
 private:
+    static const BalloonTable *Choose(const std::vector<Entry> &entries, const QString &key)
+    {
+        if (entries.size() > 1) {
+            for (const Entry &entry : entries) {
+                if (entry.key == key)
+                    return entry.table.get();
+            }
+        }
+        return entries.empty() ? nullptr : entries.front().table.get();
+    }
+
     std::vector<Entry> m_files;   // one per file read, as read
     std::vector<Entry> m_lookups; // one per key, in order of first reading, with the last grid
     bool m_hasFlushMount = false; // any file had flush-mount data

@@ -306,6 +306,5 @@ Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequen
     ClearUpperState(frequency, theta, phi);
     if (Q_UNLIKELY(!m_balloonDataLoaded.load(std::memory_order_acquire)))
         return Complex(0.0, 0.0);
-    const BalloonTable *table = m_balloons->Choose(key);
-    return table->GetValue(table->FindFrequencyIndex(frequency), theta, GetPhiWithNormalAngle(phi), flushMount);
+    return m_balloons->Choose(key)->GetValueAtFrequency(frequency, theta, GetPhiWithNormalAngle(phi), flushMount);
 }

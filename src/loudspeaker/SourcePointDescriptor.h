@@ -112,16 +112,15 @@ public:
      * corners' phases cancel, the result keeps the weighted magnitude with the nearest corner's
      * phase. (0, 0) before any balloon is loaded. Allocation-free.
      *
-     * Throws std::out_of_range when a cell corner with a positive weight has a flat index
-     * (f * NH + t) * S + p (S = NV, or 2 for the flush-mount table) outside the table; rows and
-     * columns past the grid are not checked on their own, so they read the neighbouring row or
-     * frequency. Per argument:
-     * - `frequency` throws when it has no index: NaN, infinite, or 1e10 Hz or more away from
-     *   every balloon frequency, and any frequency when the balloon has none.
-     * - `theta` throws when its row, counted on from the chosen frequency's first row, falls
-     *   before the table's first row or after its last: a negative theta at the first frequency,
-     *   a theta past the grid at the last one, one further past the grid than the frequencies
-     *   above hold rows, and an infinite theta.
+     * Throws std::out_of_range when a corner to be read (positive weight, or the nearest one
+     * when phases cancel) has a flat index (f * NH + t) * S + p (S = NV, or 2 for the flush-mount
+     * table) outside the table; rows and columns are not checked on their own, so they read the
+     * neighbouring row or frequency. Per argument:
+     * - `frequency` without an index (NaN, 1e10 Hz or more from every balloon frequency, or no
+     *   frequencies) is index -1: every theta below NH * thetaStep throws.
+     * - `theta` in (-step, 0) extrapolates from row 0; further below it reads the previous
+     *   frequency's last rows, past the grid the next frequency's first rows; it throws where
+     *   that leaves the table (before the first frequency, after the last, an infinite theta).
      * - `phi` is folded into one turn first and throws only when its column lies past the table's
      *   end: after the last column in the last row of the last frequency, or anywhere a file's
      *   phi step is too small for its column count.

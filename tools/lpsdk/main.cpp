@@ -40,7 +40,7 @@ const QList<CommandEntry> &commands()
         {"shape", runShape, "NAME: outlines per view; --plot draws them, --obj writes the 3-D mesh",
          {QStringLiteral("mounting"), QStringLiteral("plot"), QStringLiteral("obj")}},
         {"coupling", runCoupling, "coupling positions and the filters of one position pair", {QStringLiteral("low"), QStringLiteral("mid")}},
-        {"validate", runValidate, "check every library, descriptor, setup and balloon of the plugin folder", {}},
+        {"validate", runValidate, "check every library, descriptor, setup and balloon of the plugin folder, or [FILE.bin...] balloon files", {}},
         {"balloon-pack", runBalloonPack, "INPUT.csv|INPUT.sofa -o OUT.bin: pack measured directivity into a balloon file",
          {QStringLiteral("output"), QStringLiteral("format"), QStringLiteral("symmetry"), QStringLiteral("no-seam-column"),
           QStringLiteral("measurement"), QStringLiteral("symmetry-tolerance"), QStringLiteral("force")}},
