@@ -22,14 +22,6 @@ QJsonValue rounded(double value, double scale)
     return Output::number(std::round(value * scale) / scale);
 }
 
-QJsonArray column(const std::vector<double> &values, double scale)
-{
-    QJsonArray array;
-    for (double value : values)
-        array.append(rounded(value, scale));
-    return array;
-}
-
 struct Reason
 {
     QString key;
@@ -37,18 +29,39 @@ struct Reason
     QString reason;
 };
 
+// One value per frequency; a level that does not exist (of a zero value) is null with a reason.
+QJsonArray column(const std::vector<double> &values, double scale, const QString &key, const QList<double> &frequencies, QList<Reason> &reasons)
+{
+    QJsonArray array;
+    for (size_t f = 0; f < values.size(); ++f) {
+        array.append(rounded(values[f], scale));
+        if (array.last().isNull())
+            reasons.append({key, frequencies.value(qsizetype(f)), QStringLiteral("a value of 0 has no level in dB")});
+    }
+    return array;
+}
+
 void printJson(Output &out, const DirectivityAnalysis &analysis, const std::optional<AcousticOnAxisResponse> &acoustic)
 {
     QList<Reason> reasons;
     const QList<double> &frequencies = analysis.GetFrequencies();
-    out.field(QStringLiteral("frequencies_hz"), QString(), column(std::vector<double>(frequencies.cbegin(), frequencies.cend()), 1000.0));
-    out.field(QStringLiteral("on_axis_db"), QString(), column(analysis.GetOnAxisLevels(), 1000.0));
-    out.field(QStringLiteral("sound_power_db"), QString(), column(analysis.GetSoundPowerLevels(), 1000.0));
-    out.field(QStringLiteral("directivity_index_db"), QString(), column(analysis.GetDirectivityIndices(), 1000.0));
+    const auto add = [&](const QString &key, const std::vector<double> &values, double scale) {
+        out.field(key, QString(), column(values, scale, key, frequencies, reasons));
+    };
+    QJsonArray hz;
+    for (double f : frequencies)
+        hz.append(rounded(f, 1000.0));
+    out.field(QStringLiteral("frequencies_hz"), QString(), hz);
+    add(QStringLiteral("on_axis_db"), analysis.GetOnAxisLevels(), 1000.0);
+    add(QStringLiteral("sound_power_db"), analysis.GetSoundPowerLevels(), 1000.0);
+    add(QStringLiteral("directivity_index_db"), analysis.GetDirectivityIndices(), 1000.0);
     const std::pair<DirectivityPlane, QString> planes[] = {{DirectivityPlane::Horizontal, QStringLiteral("beamwidth_horizontal_deg")},
                                                            {DirectivityPlane::Vertical, QStringLiteral("beamwidth_vertical_deg")}};
     for (const auto &[plane, key] : planes) {
-        out.field(key, QString(), column(analysis.GetBeamwidths(plane), 100.0));
+        QJsonArray widths;
+        for (double width : analysis.GetBeamwidths(plane))
+            widths.append(rounded(width, 100.0));
+        out.field(key, QString(), widths);
         for (int f = 0; f < frequencies.size(); ++f) {
             const QString reason = analysis.GetBeamwidthNullReason(plane, f);
             if (!reason.isEmpty())
@@ -57,28 +70,32 @@ void printJson(Output &out, const DirectivityAnalysis &analysis, const std::opti
     }
     const SpinoramaCurves &curves = analysis.GetSpinorama();
     QJsonObject spinorama;
-    spinorama.insert(QStringLiteral("on_axis_db"), column(curves.onAxis, 1000.0));
-    spinorama.insert(QStringLiteral("listening_window_db"), column(curves.listeningWindow, 1000.0));
-    spinorama.insert(QStringLiteral("early_reflections_db"), column(curves.earlyReflections, 1000.0));
-    spinorama.insert(QStringLiteral("sound_power_db"), column(curves.soundPower, 1000.0));
-    spinorama.insert(QStringLiteral("sound_power_di_db"), column(curves.soundPowerDi, 1000.0));
-    spinorama.insert(QStringLiteral("early_reflections_di_db"), column(curves.earlyReflectionsDi, 1000.0));
-    spinorama.insert(QStringLiteral("estimated_in_room_db"), column(curves.estimatedInRoom, 1000.0));
+    const std::pair<const char *, const std::vector<double> *> ctaCurves[] = {
+        {"on_axis_db", &curves.onAxis}, {"listening_window_db", &curves.listeningWindow}, {"early_reflections_db", &curves.earlyReflections},
+        {"sound_power_db", &curves.soundPower}, {"sound_power_di_db", &curves.soundPowerDi}, {"early_reflections_di_db", &curves.earlyReflectionsDi},
+        {"estimated_in_room_db", &curves.estimatedInRoom}};
+    for (const auto &[key, values] : ctaCurves)
+        spinorama.insert(QLatin1String(key), column(*values, 1000.0, QStringLiteral("cta2034.") + QLatin1String(key), frequencies, reasons));
     out.field(QStringLiteral("cta2034"), QString(), spinorama);
     if (acoustic) {
-        out.field(QStringLiteral("acoustic_on_axis_db"), QString(), column(acoustic->GetLevels(), 1000.0));
-        out.field(QStringLiteral("acoustic_on_axis_phase_deg"), QString(), column(acoustic->GetPhases(), 100.0));
+        const std::vector<double> levels = acoustic->GetLevels();
+        QJsonArray db;
+        QJsonArray degrees;
         for (int f = 0; f < frequencies.size(); ++f) {
+            db.append(rounded(levels[size_t(f)], 1000.0));
+            degrees.append(rounded(acoustic->GetPhases()[size_t(f)], 100.0));
             const QString reason = acoustic->GetNullReason(f);
-            if (!reason.isEmpty()) {
-                reasons.append({QStringLiteral("acoustic_on_axis_db"), frequencies.at(f), reason});
+            if (!reason.isEmpty())
                 reasons.append({QStringLiteral("acoustic_on_axis_phase_deg"), frequencies.at(f), reason});
-            }
+            if (db.last().isNull())
+                reasons.append({QStringLiteral("acoustic_on_axis_db"), frequencies.at(f), reason.isEmpty() ? QStringLiteral("a value of 0 has no level in dB") : reason});
         }
+        out.field(QStringLiteral("acoustic_on_axis_db"), QString(), db);
+        out.field(QStringLiteral("acoustic_on_axis_phase_deg"), QString(), degrees);
     }
     QJsonArray reasonList;
     for (const Reason &reason : std::as_const(reasons))
-        reasonList.append(QJsonObject{{QStringLiteral("key"), reason.key}, {QStringLiteral("frequency_hz"), reason.frequency}, {QStringLiteral("reason"), reason.reason}});
+        reasonList.append(QJsonObject{{QStringLiteral("key"), reason.key}, {QStringLiteral("frequency_hz"), rounded(reason.frequency, 1000.0)}, {QStringLiteral("reason"), reason.reason}});
     out.field(QStringLiteral("reasons"), QString(), reasonList);
 }
 
