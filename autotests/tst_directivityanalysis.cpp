@@ -83,21 +83,29 @@ double sphereMeanPower(const Amplitude &a)
     return sum / (4.0 * Pi);
 }
 
+// The tilted source turned a quarter around the axis: louder to the right than to the left.
+double turned(double x, double y, double z)
+{
+    return tilted(x, z, -y);
+}
+
 // One frequency (1 kHz) of `a` on a grid of `step` degrees, written as CSV, packed in the double
 // format and read back.
 std::shared_ptr<const BalloonTable> pack(const Amplitude &a, double step, Tolvane::LoudspeakerSymmetry symmetry)
 {
     const double phiEnd = symmetry == Tolvane::NoSymmetry ? 360.0 - step
-        : symmetry == Tolvane::HalfSymmetry              ? 180.0
+        : symmetry == Tolvane::HalfSymmetry || symmetry == Tolvane::HalfSymmetryRotated ? 180.0
         : symmetry == Tolvane::QuarterSymmetry           ? 90.0
                                                          : 0.0;
     QByteArray csv = "frequency_hz,theta_deg,phi_deg,magnitude_db,phase_deg\n";
     for (int t = 0; t * step <= 180.0 + 1e-9; ++t) {
         for (int p = 0; p * step <= phiEnd + 1e-9; ++p) {
             const double theta = t * step * Pi / 180.0;
-            const double phi = p * step * Pi / 180.0;
+            // A rotated half stores phi 270 ... 360 ... 90.
+            const double phiDegrees = symmetry == Tolvane::HalfSymmetryRotated ? std::fmod(p * step + 270.0, 360.0) : p * step;
+            const double phi = phiDegrees * Pi / 180.0;
             const double v = a(std::cos(theta), std::sin(theta) * std::sin(phi), std::sin(theta) * std::cos(phi));
-            csv += QStringLiteral("1000,%1,%2,%3,%4\n").arg(t * step).arg(p * step).arg(20.0 * std::log10(std::max(std::abs(v), 1e-10)), 0, 'g', 17).arg(v < 0.0 ? 180 : 0).toLatin1();
+            csv += QStringLiteral("1000,%1,%2,%3,%4\n").arg(t * step).arg(phiDegrees).arg(20.0 * std::log10(std::max(std::abs(v), 1e-10)), 0, 'g', 17).arg(v < 0.0 ? 180 : 0).toLatin1();
         }
     }
     QBuffer buffer(&csv);
@@ -215,6 +223,7 @@ private Q_SLOTS:
                                   << QList<int>{Tolvane::HalfSymmetry, Tolvane::QuarterSymmetry, Tolvane::RotationalSymmetry};
         QTest::newRow("piston ka 5") << piston(5.0) << QList<int>{Tolvane::HalfSymmetry, Tolvane::RotationalSymmetry};
         QTest::newRow("tilted") << Amplitude(tilted) << QList<int>{Tolvane::HalfSymmetry};
+        QTest::newRow("turned") << Amplitude(turned) << QList<int>{Tolvane::HalfSymmetryRotated};
     }
 
     void symmetricTables()
