@@ -190,8 +190,10 @@ private Q_SLOTS:
             return sum / double(horizontal.size() + vertical.size());
         };
         const double lw = mean({0, 10, -10, 20, -20, 30, -30}, {10, -10});
-        const double er = (mean({}, {-20, -30, -40}) + mean({}, {40, 50, 60}) + mean({0, 10, -10, 20, -20, 30, -30}, {})
-                           + mean({40, -40, 50, -50, 60, -60, 70, -70, 80, -80}, {}) + mean({180, 90, -90}, {})) / 5.0;
+        const double floor = mean({}, {-20, -30, -40});
+        const double ceiling = mean({}, {40, 50, 60});
+        const double er = (floor + ceiling + mean({0, 10, -10, 20, -20, 30, -30}, {}) + mean({40, -40, 50, -50, 60, -60, 70, -70, 80, -80}, {})
+                           + mean({180, 90, -90}, {})) / 5.0;
         const double db = 10.0 / std::log(10.0);
         const DirectivityAnalysis analysis(pack(tilted, 5.0, Tolvane::HalfSymmetry));
         const SpinoramaCurves &curves = analysis.GetSpinorama();
@@ -199,6 +201,8 @@ private Q_SLOTS:
         QVERIFY2(std::abs(curves.listeningWindow.at(0) - db * std::log(lw)) < 0.1, qPrintable(QString::number(curves.listeningWindow.at(0))));
         QVERIFY2(std::abs(curves.earlyReflections.at(0) - db * std::log(er)) < 0.1, qPrintable(QString::number(curves.earlyReflections.at(0))));
         QCOMPARE_LT(std::abs(curves.earlyReflectionsDi.at(0) - db * std::log(lw / er)), 0.1);
+        QCOMPARE_LT(std::abs(curves.floorBounce.at(0) - db * std::log(floor)), 0.1);
+        QCOMPARE_LT(std::abs(curves.ceilingBounce.at(0) - db * std::log(ceiling)), 0.1);
         QCOMPARE_LT(std::abs(curves.soundPowerDi.at(0) - (curves.listeningWindow.at(0) - curves.soundPower.at(0))), 1e-12);
         const double inRoom = 0.12 * lw + 0.44 * er + 0.44 * std::pow(10.0, curves.soundPower.at(0) / 10.0);
         QCOMPARE_LT(std::abs(curves.estimatedInRoom.at(0) - db * std::log(inRoom)), 0.1);

@@ -41,15 +41,6 @@ double powerMean(int f, const SpinoramaCurves::PowerAt &power, const AngleSet &p
     return sum / double(points.size());
 }
 
-double earlyReflectionsPower(int f, const SpinoramaCurves::PowerAt &power)
-{
-    const AngleSet *groups[] = {&FloorBounce, &CeilingBounce, &FrontWallBounce, &SideWallBounce, &RearWallBounce};
-    double sum = 0.0;
-    for (const AngleSet *group : groups)
-        sum += powerMean(f, power, *group);
-    return sum / 5.0;
-}
-
 // The 70 distinct points: the whole horizontal orbit, and the vertical one without on-axis and 180.
 double weightedSoundPower(int f, const SpinoramaCurves::PowerAt &power)
 {
@@ -80,7 +71,9 @@ SpinoramaCurves SpinoramaCurves::Compute(int frequencyCount, const PowerAt &powe
     SpinoramaCurves curves;
     for (int f = 0; f < frequencyCount; ++f) {
         const double lw = powerMean(f, power, ListeningWindow);
-        const double er = earlyReflectionsPower(f, power);
+        const double bounces[] = {powerMean(f, power, FloorBounce), powerMean(f, power, CeilingBounce), powerMean(f, power, FrontWallBounce),
+                                  powerMean(f, power, SideWallBounce), powerMean(f, power, RearWallBounce)};
+        const double er = (bounces[0] + bounces[1] + bounces[2] + bounces[3] + bounces[4]) / 5.0;
         const double sp = weightedSoundPower(f, power);
         curves.onAxis.push_back(decibels(power(f, Plane::Horizontal, 0)));
         curves.listeningWindow.push_back(decibels(lw));
@@ -89,6 +82,11 @@ SpinoramaCurves SpinoramaCurves::Compute(int frequencyCount, const PowerAt &powe
         curves.soundPowerDi.push_back(decibels(lw) - decibels(sp));
         curves.earlyReflectionsDi.push_back(decibels(lw) - decibels(er));
         curves.estimatedInRoom.push_back(decibels(0.12 * lw + 0.44 * er + 0.44 * sp));
+        curves.floorBounce.push_back(decibels(bounces[0]));
+        curves.ceilingBounce.push_back(decibels(bounces[1]));
+        curves.frontWallBounce.push_back(decibels(bounces[2]));
+        curves.sideWallBounce.push_back(decibels(bounces[3]));
+        curves.rearWallBounce.push_back(decibels(bounces[4]));
     }
     return curves;
 }

@@ -23,7 +23,8 @@
  * - estimated in-room response: 0.12 listening window + 0.44 early reflections + 0.44 sound
  *   power, added as powers.
  *
- * A level is -inf where every value it averages is 0.
+ * The five bounce groups are kept as curves of their own. A level is -inf where every value it
+ * averages is 0.
  */
 struct NVLPS_ANALYSIS_EXPORT SpinoramaCurves {
     std::vector<double> onAxis;
@@ -33,6 +34,12 @@ struct NVLPS_ANALYSIS_EXPORT SpinoramaCurves {
     std::vector<double> soundPowerDi;
     std::vector<double> earlyReflectionsDi;
     std::vector<double> estimatedInRoom;
+    /// The five bounce groups that early reflections average.
+    std::vector<double> floorBounce;
+    std::vector<double> ceilingBounce;
+    std::vector<double> frontWallBounce;
+    std::vector<double> sideWallBounce;
+    std::vector<double> rearWallBounce;
 
     /// The power |value|^2 at a frequency index and a plane angle (a multiple of 10 degrees).
     using PowerAt = std::function<double(int frequencyIndex, DirectivityPlane plane, int angle)>;
