@@ -3,7 +3,7 @@
 // hold duplicates, single data files, and coupling tables. Its JSON is parsed, so the tests
 // pin locations and the problems' texts where a user reads them.
 #include "JsonFileLoader.h"
-#include "LpsdkProcess.h"
+#include "LpsdkRun.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,7 +17,6 @@
 
 namespace {
 
-using Run = LpsdkRun;
 
 QString demoPlugin()
 {

@@ -145,7 +145,9 @@ BalloonFileWriter::Data lineElement(bool cut)
         const double up = std::sin(theta) * std::cos(phi);
         const double azimuth = std::atan2(std::abs(left), front);
         const double n = 4.38 * std::min(1.0, std::pow(f / 800.0, 2));
-        double value = line(wavenumber(f) * 0.353 / 2, up) * std::pow((1.0 + std::cos(azimuth)) / 2, n);
+        // Floored so that straight behind, where the waveguide term is 0, the element still radiates
+        // at low frequencies, where n tends to 0 and the waveguide has no hold.
+        double value = line(wavenumber(f) * 0.353 / 2, up) * std::pow(std::max((1.0 + std::cos(azimuth)) / 2, 1e-3), n);
         if (!cut) {
             const double lowShare = 1.0 / (1.0 + std::pow(f / 250.0, 4));
             value *= 1.0 - 0.68 * lowShare * (1.0 - std::cos(azimuth)) / 2;

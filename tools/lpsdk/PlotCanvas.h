@@ -52,8 +52,10 @@ public:
     void drawLegend(const QPointF &topRight, const QList<LegendEntry> &entries, int columns = 1);
     /// A step of 1, 2 or 5 times a power of ten that cuts `range` into about `wanted` parts.
     static double niceStep(double range, int wanted);
-    /// Distinct colours for curves.
+    /// Distinct colours for curves; ten before they repeat.
     static QColor color(int index);
+    /// A colour of a violet-to-yellow scale readable with colour-vision deficiency, for fraction 0 ... 1.
+    static QColor colorMap(double fraction);
 
 private:
     QString m_fileName;

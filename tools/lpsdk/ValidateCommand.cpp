@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // lpsdk validate: everything a plugin author should fix, each problem with its plugin,
-// descriptor, file and key. Checks a plugin folder, one data file, or a coupling table.
+// descriptor, file and key. Checks a plugin folder, data or balloon files, or a coupling table.
 #include "CommandContext.h"
 #include "Validator.h"
 
@@ -150,6 +150,15 @@ void checkCouplingTable(Validator &validator, const CommandContext &context)
         validator.add(QString(), file, problem.Location(), problem.message);
 }
 
+// A balloon file given by path, checked before it is built into a plugin.
+void checkBalloonFile(Validator &validator, const QString &file)
+{
+    for (const BalloonProblem &problem : BalloonCheck::CheckFile(file)) {
+        const QString where = problem.offset >= 0 ? QStringLiteral("byte %1: ").arg(problem.offset) : QString();
+        validator.add(QString(), file, problem.field, where + problem.message);
+    }
+}
+
 } // namespace
 
 int runValidate(const CommandContext &context)
@@ -157,14 +166,17 @@ int runValidate(const CommandContext &context)
     Validator validator(context.warnings);
     int descriptors = 0;
     Output &out = context.output;
-    if (context.arguments.size() == 1 && context.arguments.first().endsWith(QLatin1String(".json"), Qt::CaseInsensitive)) {
-        if (!QFileInfo(context.arguments.first()).isFile())
-            usageError(QStringLiteral("no file \"%1\"").arg(context.arguments.first()));
-        checkFile(validator, context, context.arguments.first(), descriptors);
-        out.field(QStringLiteral("file"), QStringLiteral("file"), context.arguments.first());
-    } else if (!context.arguments.isEmpty()) {
-        usageError(QStringLiteral("'validate' takes one FILE.json or none; give a plugin folder with --plugins DIR"));
+    // Files given by path need no plugin: JSON data files, and balloon files otherwise.
+    for (const QString &file : context.arguments) {
+        if (!QFileInfo(file).isFile())
+            usageError(QStringLiteral("no file \"%1\"").arg(file));
+        if (file.endsWith(QLatin1String(".json"), Qt::CaseInsensitive))
+            checkFile(validator, context, file, descriptors);
+        else
+            checkBalloonFile(validator, file);
     }
+    if (!context.arguments.isEmpty())
+        out.field(QStringLiteral("files"), QStringLiteral("files"), int(context.arguments.size()));
     if (context.parser.isSet(QStringLiteral("cpl-db"))) {
         checkCouplingTable(validator, context);
         out.field(QStringLiteral("coupling_table"), QStringLiteral("coupling table"), context.parser.value(QStringLiteral("cpl-db")));

@@ -3,15 +3,14 @@
 
 #include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
-#include <QDataStream>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 QString jsonText(const QJsonValue &value)
@@ -180,34 +179,14 @@ void Validator::checkSetupFile(const QString &descriptor, const QString &file, c
         checkSetup(descriptor, resource.fileName(), *setup);
 }
 
-// The grid from the balloon file's header: theta must run from 0 to 180, and a full circle
-// needs its closing 360-degree column so that lookups near 360 have a right neighbour.
-void Validator::checkBalloonGrid(const QString &descriptor, const QString &file, const QString &key, const QString &name)
+// Everything the library finds wrong with a balloon file, each problem with its field or byte.
+void Validator::checkBalloonFile(const QString &descriptor, const QString &file, const QString &key, const QString &name)
 {
-    QFile balloon(QStringLiteral(":/Resources/") + name);
-    if (!balloon.open(QIODevice::ReadOnly) || balloon.size() == 0)
+    const QString path = QStringLiteral(":/Resources/") + name;
+    if (QFileInfo(path).size() == 0)
         return; // reported as missing or empty
-    QDataStream in(&balloon);
-    in.setByteOrder(QDataStream::LittleEndian);
-    qint32 frequencies = 0, nh = 0, nv = 0, symmetry = 0;
-    double thetaStep = 0.0, phiStep = 0.0;
-    in >> frequencies >> nh >> nv >> thetaStep >> phiStep >> symmetry;
-    if (in.status() != QDataStream::Ok || balloon.size() < 194) {
-        add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" is shorter than its header").arg(name));
-        return;
-    }
-    if (frequencies <= 0 || nh <= 0 || nv <= 0) {
-        add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" holds no values (%2 frequencies, %3 x %4 directions)").arg(name).arg(frequencies).arg(nh).arg(nv));
-        return;
-    }
-    if (std::abs((nh - 1) * thetaStep - 180.0) > 1e-6)
-        add(descriptor, file, key, QStringLiteral("the balloon grid of \"%1\" covers theta 0 ... %2, not 0 ... 180 (%3 rows of %4 degrees)").arg(name).arg((nh - 1) * thetaStep).arg(nh).arg(thetaStep));
-    if (symmetry == Tolvane::NoSymmetry && std::abs((nv - 1) * phiStep - 360.0) > 1e-6)
-        add(descriptor, file, key,
-            QStringLiteral("the full-circle balloon \"%1\" has no closing 360-degree phi column (%2 columns of %3 degrees end at %4)").arg(name).arg(nv).arg(phiStep).arg((nv - 1) * phiStep));
-    const qint64 valueBytes = balloon.size() - 194 - 16LL * frequencies;
-    if (valueBytes < qint64(frequencies) * nh * nv * 2)
-        add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" is shorter than its %2 x %3 x %4 grid").arg(name).arg(frequencies).arg(nh).arg(nv));
+    for (const BalloonProblem &problem : BalloonCheck::CheckFile(path))
+        add(descriptor, file, key, QStringLiteral("the balloon file \"%1\": %2").arg(name, problem.ToString()));
 }
 
 void Validator::checkLoudspeaker(LoudspeakerDescriptor *loudspeaker, const QString &file, const QVariantMap &map)
@@ -240,7 +219,7 @@ void Validator::checkLoudspeaker(LoudspeakerDescriptor *loudspeaker, const QStri
         const QVariantMap balloons = entry.value(QStringLiteral("balloonData")).toMap();
         for (auto it = balloons.cbegin(); it != balloons.cend(); ++it) {
             checkResourceFile(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString(), QStringLiteral("balloon"));
-            checkBalloonGrid(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString());
+            checkBalloonFile(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString());
         }
         m_warnings.take();
         sourcePoints.at(i)->ReadBalloonData(SourcePointDescriptor_Interface::Synchronous);

@@ -61,7 +61,7 @@ private:
     void checkOutlines(const QString &descriptor, const QString &file, LoudspeakerDescriptor *loudspeaker);
     void checkResourceFile(const QString &descriptor, const QString &file, const QString &key, const QString &name, const QString &what);
     void checkSetupFile(const QString &descriptor, const QString &file, const QString &key, const QString &name);
-    void checkBalloonGrid(const QString &descriptor, const QString &file, const QString &key, const QString &name);
+    void checkBalloonFile(const QString &descriptor, const QString &file, const QString &key, const QString &name);
     void checkDefaultSetups(const QString &descriptor, const QString &file, const QString &prefix, const QVariantMap &entry);
 
     LibraryWarnings &m_warnings;

@@ -38,10 +38,14 @@ const QList<CommandEntry> &commands()
         {"shape", runShape, "NAME: outlines per view; --plot draws them, --obj writes the 3-D mesh",
          {QStringLiteral("mounting"), QStringLiteral("plot"), QStringLiteral("obj")}},
         {"coupling", runCoupling, "coupling positions and the filters of one position pair", {QStringLiteral("low"), QStringLiteral("mid")}},
-        {"validate", runValidate, "[FILE.json]: check the plugin folder, one data file, or with --cpl-db a coupling table", {}},
+        {"validate", runValidate, "[FILE.json|FILE.bin...]: check the plugin folder, data or balloon files, or with --cpl-db a coupling table", {}},
         {"balloon-pack", runBalloonPack, "INPUT.csv|INPUT.sofa -o OUT.bin: pack measured directivity into a balloon file",
          {QStringLiteral("output"), QStringLiteral("format"), QStringLiteral("symmetry"), QStringLiteral("no-seam-column"),
           QStringLiteral("measurement"), QStringLiteral("symmetry-tolerance"), QStringLiteral("force")}},
+        {"balloon-unpack", runBalloonUnpack, "FILE.bin -o OUT.csv: a balloon file back to balloon-pack's CSV", {QStringLiteral("output")}},
+        {"directivity", runDirectivity, "NAME|FILE.bin: directivity index, beamwidths and spinorama curves; --plot draws them",
+         {QStringLiteral("source-point"), QStringLiteral("key"), QStringLiteral("flush-mount"), QStringLiteral("mounting"), QStringLiteral("setup"),
+          QStringLiteral("switch"), QStringLiteral("plot"), QStringLiteral("kind"), QStringLiteral("vertical"), QStringLiteral("normalize")}},
     };
     return table;
 }
@@ -71,13 +75,16 @@ QList<QCommandLineOption> allOptions()
         {QStringLiteral("frequencies"), QStringLiteral("'balloon --plot': frequencies in Hz (default 250,1000,4000)."), QStringLiteral("list"), QStringLiteral("250,1000,4000")},
         {QStringLiteral("low"), QStringLiteral("'coupling': low coupling position (default 11)."), QStringLiteral("position"), QStringLiteral("11")},
         {QStringLiteral("mid"), QStringLiteral("'coupling': mid coupling position (default 1)."), QStringLiteral("position"), QStringLiteral("1")},
-        {{QStringLiteral("o"), QStringLiteral("output")}, QStringLiteral("'balloon-pack': the balloon file to write."), QStringLiteral("file")},
+        {{QStringLiteral("o"), QStringLiteral("output")}, QStringLiteral("'balloon-pack': the balloon file to write; 'balloon-unpack': the CSV file."), QStringLiteral("file")},
         {QStringLiteral("format"), QStringLiteral("'balloon-pack': byte (one byte per value) or double (default)."), QStringLiteral("format"), QStringLiteral("double")},
         {QStringLiteral("symmetry"), QStringLiteral("'balloon-pack': none, half, half-rotated, quarter or rotational (default none)."), QStringLiteral("symmetry"), QStringLiteral("none")},
         {QStringLiteral("no-seam-column"), QStringLiteral("'balloon-pack': do not add the closing phi 360 column to a full circle.")},
         {QStringLiteral("measurement"), QStringLiteral("'balloon-pack' of a SOFA file: which measurement (1 ... M, default 1)."), QStringLiteral("k"), QStringLiteral("1")},
         {QStringLiteral("symmetry-tolerance"), QStringLiteral("'balloon-pack' of a SOFA file: largest level difference between mirrored directions, dB (default 1)."), QStringLiteral("dB"), QStringLiteral("1")},
         {QStringLiteral("force"), QStringLiteral("'balloon-pack' of a SOFA file: pack a symmetry the data does not have.")},
+        {QStringLiteral("kind"), QStringLiteral("'directivity --plot': spinorama, isobar, di, beamwidth or offaxis (default spinorama)."), QStringLiteral("kind"), QStringLiteral("spinorama")},
+        {QStringLiteral("vertical"), QStringLiteral("'directivity --kind offaxis': the vertical plane instead of the horizontal.")},
+        {QStringLiteral("normalize"), QStringLiteral("'directivity --kind offaxis': levels relative to on-axis.")},
         {QStringLiteral("expect-loudspeaker"), QStringLiteral("'list': fail unless a loudspeaker of this name is registered."), QStringLiteral("name")},
         {QStringLiteral("expect-rigging"), QStringLiteral("'list': fail unless a rigging item of this name is registered."), QStringLiteral("name")},
     };
