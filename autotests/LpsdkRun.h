@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -23,4 +24,10 @@ inline Run lpsdk(const QStringList &arguments)
     process.start(QStringLiteral(LPSDK_EXECUTABLE), arguments);
     process.waitForFinished(120000);
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+// The problems a `validate --json` run reported.
+inline QJsonArray problems(const Run &run)
+{
+    return run.json().value(QStringLiteral("problems")).toArray();
 }

@@ -18,15 +18,6 @@
 
 #include <cmath>
 
-namespace {
-
-QJsonArray problems(const Run &run)
-{
-    return run.json().value(QStringLiteral("problems")).toArray();
-}
-
-} // namespace
-
 class tst_Lpsdk : public QObject
 {
     Q_OBJECT

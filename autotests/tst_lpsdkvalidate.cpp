@@ -17,15 +17,9 @@
 
 namespace {
 
-
 QString demoPlugin()
 {
     return QStringLiteral(LPSDK_PLUGIN_DIR "/") + QDir(QStringLiteral(LPSDK_PLUGIN_DIR)).entryList({QStringLiteral("*demoseries*")}, QDir::Files).value(0);
-}
-
-QJsonArray problems(const Run &run)
-{
-    return run.json().value(QStringLiteral("problems")).toArray();
 }
 
 } // namespace
