@@ -65,3 +65,4 @@ int runBalloon(const CommandContext &context);
 int runShape(const CommandContext &context);
 int runValidate(const CommandContext &context);
 int runBalloonPack(const CommandContext &context);
+int runHelp(const CommandContext &context);
