@@ -3,6 +3,7 @@
 // so the tests pin structure rather than wording.
 #include "SourcePointDescriptor.h"
 
+#include "LpsdkProcess.h"
 #include "TestHelpers.h"
 
 #include <QDir>
@@ -19,21 +20,7 @@
 
 namespace {
 
-struct Run
-{
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
-};
-
-Run lpsdk(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral(LPSDK_EXECUTABLE), arguments);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
-}
+using Run = LpsdkRun;
 
 QString demoPlugin()
 {
