@@ -16,6 +16,7 @@ private Q_SLOTS:
     void transferKeepsItsLevelKey_data();
     void transferKeepsItsLevelKey();
     void transferPlotReplacesTheTable();
+    void balloonGridInNumbers();
     void polarPlotsSpanTheBand_data();
     void polarPlotsSpanTheBand();
 };
@@ -80,6 +81,18 @@ void tst_LpsdkOutput::transferPlotReplacesTheTable()
     QCOMPARE(run.status, 0);
     QVERIFY(QFile::exists(png));
     QVERIFY2(!run.out.contains("frequency_Hz") && run.out.contains(QByteArray("plot: ") + png.toUtf8()), run.out.constData());
+}
+
+// The DS-L12 balloon: 5-degree steps over theta 0 ... 180 and, folded both ways, phi 0 ... 90,
+// on the 249 frequencies of the 1/24-octave grid, 1000 * 2^(k / 24) Hz for k = -140 ... 108.
+void tst_LpsdkOutput::balloonGridInNumbers()
+{
+    const LpsdkRun run = lpsdk({QStringLiteral("show"), QStringLiteral("DS-L12"), QStringLiteral("--json")});
+    QCOMPARE(run.status, 0);
+    const QJsonObject grid = run.json().value(QStringLiteral("source_points")).toArray().at(0)[QStringLiteral("balloon_grid")].toObject();
+    const QJsonObject expected{{"theta_rows", 37}, {"phi_columns", 19}, {"theta_step_deg", 5}, {"phi_step_deg", 5}, {"symmetry", 3}, {"frequencies", 249},
+                               {"lowest_frequency_Hz", 1000.0 * std::pow(2.0, -140 / 24.0)}, {"highest_frequency_Hz", 1000.0 * std::pow(2.0, 108 / 24.0)}};
+    QCOMPARE(grid, expected);
 }
 
 void tst_LpsdkOutput::polarPlotsSpanTheBand_data()
