@@ -208,8 +208,10 @@ void tst_DemoSeries::pointsLieInTheirCabinets()
     const Tolvane::Mounting mounting = Tolvane::Flown;
     QList<std::pair<QString, Point>> points = {{QStringLiteral("centre of gravity"), descriptor->GetCenterOfGravity(mounting)},
                                                {QStringLiteral("mounting point"), descriptor->GetMountingPoint(mounting, QStringLiteral("default"))}};
-    for (SourcePointDescriptor *sourcePoint : descriptor->GetSourcePointDescriptors())
-        points.append({sourcePoint->GetName(), sourcePoint->GetOrigin(mounting)});
+    for (SourcePointDescriptor *sourcePoint : descriptor->GetSourcePointDescriptors()) {
+        points.append({sourcePoint->GetName() + QStringLiteral(" origin"), sourcePoint->GetOrigin(mounting)});
+        points.append({sourcePoint->GetName() + QStringLiteral(" centre"), sourcePoint->GetCenter(mounting)});
+    }
     const QList<Point> side = descriptor->GetSideView(mounting);
     const QList<Point> top = descriptor->GetTopView();
     for (const auto &[name, p] : points) {

@@ -11,7 +11,7 @@ namespace {
 
 const CommandEntry *findCommand(const QString &name)
 {
-    for (const CommandEntry &entry : commandTable()) {
+    for (const CommandEntry &entry : commands()) {
         if (name == QLatin1String(entry.name))
             return &entry;
     }
@@ -45,7 +45,7 @@ QString markdown()
                                   "# lpsdk commands and options\n\n`lpsdk COMMAND [NAME] [options]`; `lpsdk COMMAND --help` prints the same.\n\n"
                                   "## Options of every command\n\n| Option | Meaning |\n|---|---|\n");
     text += optionRows(globalOptions());
-    for (const CommandEntry &entry : commandTable()) {
+    for (const CommandEntry &entry : commands()) {
         text += QStringLiteral("\n## %1\n\n%2\n").arg(QLatin1String(entry.name), QLatin1String(entry.summary));
         if (!entry.options.isEmpty())
             text += QStringLiteral("\n| Option | Meaning |\n|---|---|\n") + optionRows(entry.options);
@@ -67,7 +67,7 @@ QString helpText(const CommandEntry *command)
     } else {
         parser.addVersionOption();
         QString description = QStringLiteral("Loads the loudspeaker-series plugins of a folder and answers questions about them.\n\nCommands:\n");
-        for (const CommandEntry &entry : commandTable())
+        for (const CommandEntry &entry : commands())
             description += QStringLiteral("  %1 %2\n").arg(QLatin1String(entry.name), -13).arg(QLatin1String(entry.summary));
         description += QStringLiteral("\nlpsdk COMMAND --help lists the options of a command.");
         parser.setApplicationDescription(description);

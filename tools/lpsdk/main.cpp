@@ -37,7 +37,7 @@ QStringList names(std::initializer_list<const char *> list)
 
 } // namespace
 
-const QList<CommandEntry> &commandTable()
+const QList<CommandEntry> &commands()
 {
     static const QList<CommandEntry> table = {
         {"list", runList, "the series, loudspeakers and rigging items (default)", names({"expect-loudspeaker", "expect-rigging"})},
@@ -57,7 +57,7 @@ const QList<CommandEntry> &commandTable()
     return table;
 }
 
-const QList<QCommandLineOption> &optionTable()
+const QList<QCommandLineOption> &allOptions()
 {
     static const QList<QCommandLineOption> table = {
         {QStringLiteral("plugins"), QStringLiteral("Plugin folder (default: $LPSDK_PLUGIN_PATH, else Plugins beside lpsdk)."), QStringLiteral("dir")},
@@ -104,7 +104,7 @@ const QStringList &globalOptions()
 
 const QCommandLineOption *option(const QString &name)
 {
-    const QList<QCommandLineOption> &table = optionTable();
+    const QList<QCommandLineOption> &table = allOptions();
     const auto row = std::find_if(table.cbegin(), table.cend(), [&](const QCommandLineOption &o) { return o.names().contains(name); });
     return row == table.cend() ? nullptr : &*row;
 }
@@ -133,12 +133,12 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(norvik::LoudspeakerPluginSdk::libVersionString());
 
     QStringList commandNames;
-    for (const CommandEntry &entry : commandTable())
+    for (const CommandEntry &entry : commands())
         commandNames.append(QLatin1String(entry.name));
     QCommandLineParser parser;
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions(optionTable());
+    parser.addOptions(allOptions());
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(2, parser.errorText() + QStringLiteral(" (see lpsdk --help)"));
     if (parser.isSet(version))
@@ -146,8 +146,8 @@ int main(int argc, char *argv[])
 
     QStringList arguments = parser.positionalArguments();
     const QString commandName = arguments.isEmpty() ? QStringLiteral("list") : arguments.takeFirst();
-    const auto entry = std::find_if(commandTable().cbegin(), commandTable().cend(), [&](const CommandEntry &e) { return commandName == QLatin1String(e.name); });
-    if (entry == commandTable().cend())
+    const auto entry = std::find_if(commands().cbegin(), commands().cend(), [&](const CommandEntry &e) { return commandName == QLatin1String(e.name); });
+    if (entry == commands().cend())
         return fail(2, QStringLiteral("unknown command \"%1\" (accepted: %2)").arg(commandName, commandNames.join(QStringLiteral(", "))));
     if (parser.isSet(help)) {
         // "lpsdk --help" is "lpsdk help", "lpsdk transfer --help" is "lpsdk help transfer".
