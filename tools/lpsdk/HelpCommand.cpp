@@ -81,15 +81,19 @@ QString helpText(const CommandEntry *command)
 
 int runHelp(const CommandContext &context)
 {
-    if (context.parser.isSet(QStringLiteral("markdown"))) {
-        std::fputs(qPrintable(markdown()), stdout);
-        return 0;
-    }
     if (context.arguments.size() > 1)
         usageError(QStringLiteral("'help' takes one command name"));
     const CommandEntry *command = context.arguments.isEmpty() ? nullptr : findCommand(context.arguments.first());
-    if (!context.arguments.isEmpty() && !command)
-        usageError(QStringLiteral("unknown command \"%1\"").arg(context.arguments.first()));
-    std::fputs(qPrintable(helpText(command)), stdout);
+    if (!context.arguments.isEmpty() && !command) {
+        QStringList names;
+        for (const CommandEntry &entry : commands())
+            names.append(QLatin1String(entry.name));
+        usageError(QStringLiteral("unknown command \"%1\" (accepted: %2)").arg(context.arguments.first(), names.join(QStringLiteral(", "))));
+    }
+    const QString text = context.parser.isSet(QStringLiteral("markdown")) ? markdown() : helpText(command);
+    if (context.output.mode() == Output::Json)
+        context.output.field(QStringLiteral("help"), QString(), text);
+    else
+        std::fputs(qPrintable(text), stdout);
     return 0;
 }
