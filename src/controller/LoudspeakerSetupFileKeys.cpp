@@ -3,7 +3,7 @@
 
 namespace {
 constexpr FileKey filterKeys[] = {
-    {"type", FileKey::Integer, FileKey::NoUnit, "0", "filter type, 0 to 15 (0 is a plain gain); see the filter numbering in the plugin author's reference",
+    {"type", FileKey::Integer, FileKey::NoUnit, "0", "filter type, 0 to 15 (0 is a plain gain); numbered as in docs/filter-types.md",
      nullptr, nullptr, R"({"minimum": 0, "maximum": 15})"},
     {"fp", FileKey::Number, FileKey::Hertz, "0", "corner or centre frequency"},
     {"Q", FileKey::Number, FileKey::NoUnit, "0", "quality factor"},
