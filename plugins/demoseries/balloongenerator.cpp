@@ -135,7 +135,7 @@ BalloonFileWriter::Data subwoofer()
  * as (f / 800)^2 below). Mirror-symmetric up/down and left/right: quarter symmetry.
  * The cabinet hides its rear only where it is large against the wavelength: the waveguide's
  * share of the pattern grows as x^2 / (1 + x^2), x = f / 300 Hz, the rest radiating all
- * round, so the rear is 1.4 dB down at 125 Hz, 22 dB at 1 kHz and at the floor by 4 kHz.
+ * round: behind the plain box 1.4 dB down at 125 Hz, 22 dB at 1 kHz, at the floor by 4 kHz.
  * By default the low-frequency section is slightly cardioid: up to 3 dB of rear rejection
  * below about 250 Hz. With the CUT switch on ("cut") that processing is off.
  */
