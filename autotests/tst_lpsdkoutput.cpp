@@ -16,6 +16,7 @@ private Q_SLOTS:
     void transferKeepsItsLevelKey_data();
     void transferKeepsItsLevelKey();
     void transferPlotReplacesTheTable();
+    void transferCsvIsTheTableAlone();
     void balloonGridInNumbers();
     void polarPlotsSpanTheBand_data();
     void polarPlotsSpanTheBand();
@@ -93,6 +94,15 @@ void tst_LpsdkOutput::balloonGridInNumbers()
     const QJsonObject expected{{"theta_rows", 37}, {"phi_columns", 19}, {"theta_step_deg", 5}, {"phi_step_deg", 5}, {"symmetry", 3}, {"frequencies", 249},
                                {"lowest_frequency_Hz", 1000.0 * std::pow(2.0, -140 / 24.0)}, {"highest_frequency_Hz", 1000.0 * std::pow(2.0, 108 / 24.0)}};
     QCOMPARE(grid, expected);
+}
+
+void tst_LpsdkOutput::transferCsvIsTheTableAlone()
+{
+    const LpsdkRun run = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--csv")});
+    QCOMPARE(run.status, 0);
+    const QList<QByteArray> lines = run.out.trimmed().split('\n');
+    QCOMPARE(lines.first(), QByteArray("frequency_Hz,level_dB,phase_deg"));
+    QCOMPARE(lines.size(), 1 + 249);
 }
 
 void tst_LpsdkOutput::polarPlotsSpanTheBand_data()

@@ -168,8 +168,10 @@ int runTransfer(const CommandContext &context)
         out.line(QStringLiteral("# ") + title + (settings.isEmpty() ? QString() : QStringLiteral(", ") + settings.join(QStringLiteral(", "))));
     // The key stays the same whatever the reference; the reference is a field of its own.
     const QString levelKey = QStringLiteral("level_dB");
-    out.field(QStringLiteral("level_reference"), QStringLiteral("level"),
-              inSpl ? QStringLiteral("dB SPL (re 20 uPa), the sound pressure level") : QStringLiteral("dB re 1, the controller's response"));
+    const QString reference = inSpl ? QStringLiteral("dB SPL (re 20 uPa), the sound pressure level") : QStringLiteral("dB re 1, the controller's response");
+    out.field(QStringLiteral("level_reference"), QString(), reference);
+    if (out.mode() == Output::Text)
+        out.line(QStringLiteral("# level_dB: ") + reference);
     // A picture replaces the table; a JSON document still carries the numbers.
     const bool table = plotFile.isEmpty() || out.mode() == Output::Json;
 
