@@ -95,7 +95,11 @@ void drawPlane(PlotCanvas &canvas, const QRectF &area, const Balloon &balloon, c
 // as the balloon reaches.
 QList<double> bandFrequencies(const Balloon &balloon)
 {
-    double low = balloon.frequencies.first();
+    // A 0 Hz balloon frequency has no place on a logarithmic scale.
+    const auto positive = std::find_if(balloon.frequencies.cbegin(), balloon.frequencies.cend(), [](double f) { return f > 0.0; });
+    if (positive == balloon.frequencies.cend())
+        return {balloon.frequencies.first()};
+    double low = *positive;
     double high = balloon.frequencies.last();
     if (DspChannelDescriptor *channel = balloon.sourcePoint->GetDspChannelDescriptor(balloon.sourcePoint->GetDefaultAmplifier())) {
         const int setup = channel->GetDefaultLoudspeakerSetupKey(Tolvane::Flown);
@@ -140,7 +144,7 @@ void plot(const CommandContext &context, const Balloon &balloon, const QString &
     drawPlane(canvas, QRectF(710, 130, 500, 500), balloon, frequencies, 0.0, QStringLiteral("vertical (right: up, phi 0°)"));
     QList<PlotCanvas::LegendEntry> legend;
     for (int c = 0; c < frequencies.size(); ++c)
-        legend.append({PlotCanvas::pen(c, 3), QStringLiteral("%1 Hz").arg(frequencies.at(c), 0, 'f', std::max(0, 2 - int(std::floor(std::log10(frequencies.at(c))))))});
+        legend.append({PlotCanvas::pen(c, 3), QStringLiteral("%1 Hz").arg(frequencies.at(c), 0, 'f', frequencies.at(c) >= 100.0 ? 0 : frequencies.at(c) >= 10.0 ? 1 : 2)});
     canvas.drawLegend(QPointF(1410, 130), legend);
     canvas.save();
     QJsonArray drawn;

@@ -215,7 +215,7 @@ void PlotCanvas::drawLegend(const QPointF &topRight, const QList<LegendEntry> &e
     p.restore();
 }
 
-// Ten colours that stay apart for the colour-blind as well; past ten the dash tells curves apart.
+// Ten colours that stay apart on screen and in print; past ten the dash tells curves apart.
 QColor PlotCanvas::color(int index)
 {
     static const QColor colors[] = {QColor(31, 119, 180), QColor(214, 39, 40), QColor(44, 160, 44), QColor(255, 127, 14), QColor(148, 103, 189),
