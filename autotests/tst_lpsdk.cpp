@@ -3,7 +3,7 @@
 // so the tests pin structure rather than wording.
 #include "SourcePointDescriptor.h"
 
-#include "LpsdkProcess.h"
+#include "LpsdkRun.h"
 #include "TestHelpers.h"
 
 #include <QDir>
@@ -19,8 +19,6 @@
 #include <cmath>
 
 namespace {
-
-using Run = LpsdkRun;
 
 QString demoPlugin()
 {
@@ -46,6 +44,9 @@ private Q_SLOTS:
     void validateFindsBrokenFolders_data();
     void validateFindsBrokenFolders();
     void balloonPackRoundTrip();
+    void validateBalloonFiles_data();
+    void validateBalloonFiles();
+    void balloonKeyNotThere();
     void usageErrors_data();
     void usageErrors();
 };
@@ -225,6 +226,57 @@ void tst_Lpsdk::balloonPackRoundTrip()
         ++rows;
     }
     QCOMPARE(rows, 40);
+}
+
+void tst_Lpsdk::validateBalloonFiles_data()
+{
+    // The packed test balloon (19 x 37 double values per frequency), corrupted one way per row.
+    QTest::addColumn<qsizetype>("offset"); // where a 32-bit integer is written, or -1
+    QTest::addColumn<qint32>("value");
+    QTest::addColumn<qsizetype>("cut");    // bytes cut off the end
+    QTest::addColumn<QString>("key");      // the field the first problem names; empty: no problem
+    QTest::newRow("as packed") << qsizetype(-1) << 0 << qsizetype(0) << QString();
+    QTest::newRow("truncated") << qsizetype(-1) << 0 << qsizetype(100) << QStringLiteral("body");
+    QTest::newRow("cut in the header") << qsizetype(-1) << 0 << qsizetype(-150) << QStringLiteral("header");
+    QTest::newRow("NV of 0") << qsizetype(8) << 0 << qsizetype(0) << QStringLiteral("NV");
+    QTest::newRow("unknown symmetry") << qsizetype(28) << 9 << qsizetype(0) << QStringLiteral("symmetry");
+}
+
+void tst_Lpsdk::validateBalloonFiles()
+{
+    QFETCH(qsizetype, offset);
+    QFETCH(qint32, value);
+    QFETCH(qsizetype, cut);
+    QFETCH(QString, key);
+    QFile packed(QStringLiteral(":/Resources/lpsdk_packed.bin"));
+    QVERIFY(packed.open(QIODevice::ReadOnly));
+    QByteArray bytes = packed.readAll();
+    if (offset >= 0)
+        qToLittleEndian(value, bytes.data() + offset);
+    bytes = cut >= 0 ? bytes.chopped(cut) : bytes.left(-cut);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("balloon.bin"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    file.close();
+
+    const Run run = lpsdk({QStringLiteral("validate"), QStringLiteral("--json"), path});
+    QCOMPARE(run.status, key.isEmpty() ? 0 : 1);
+    const QJsonArray found = problems(run);
+    QCOMPARE(found.isEmpty(), key.isEmpty());
+    if (!key.isEmpty()) {
+        QCOMPARE(found.first()[QStringLiteral("file")].toString(), path);
+        QCOMPARE(found.first()[QStringLiteral("key")].toString(), key);
+    }
+}
+
+void tst_Lpsdk::balloonKeyNotThere()
+{
+    const Run run = lpsdk({QStringLiteral("balloon"), QStringLiteral("DS-L12"), QStringLiteral("--key"), QStringLiteral("nosuch"),
+                           QStringLiteral("--frequency"), QStringLiteral("1000"), QStringLiteral("--theta"), QStringLiteral("0"),
+                           QStringLiteral("--phi"), QStringLiteral("0")});
+    QCOMPARE(run.status, 1);
+    QVERIFY2(run.err.contains("no balloon key \"nosuch\" (its keys: cut, default)"), run.err.constData());
 }
 
 void tst_Lpsdk::usageErrors_data()

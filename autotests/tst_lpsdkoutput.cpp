@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What lpsdk prints and draws on the demo series: the points an outline marks, the keys of the
 // transfer function, and the frequencies and quiet stderr of the polar plots.
-#include "LpsdkProcess.h"
+#include "LpsdkRun.h"
 
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -44,7 +44,7 @@ void tst_LpsdkOutput::outlinesMarkOnlyTheGivenPoints()
     QFETCH(QString, item);
     QFETCH(QString, mounting);
     QFETCH(QStringList, marks);
-    const LpsdkRun run = lpsdk({QStringLiteral("shape"), item, QStringLiteral("--mounting"), mounting, QStringLiteral("--json")});
+    const Run run = lpsdk({QStringLiteral("shape"), item, QStringLiteral("--mounting"), mounting, QStringLiteral("--json")});
     QCOMPARE(run.status, 0);
     QStringList names;
     for (const QJsonValue &point : run.json().value(QStringLiteral("points")).toArray())
@@ -65,7 +65,7 @@ void tst_LpsdkOutput::transferKeepsItsLevelKey()
 {
     QFETCH(QString, sensitivity);
     QFETCH(QString, reference);
-    const LpsdkRun run = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--sensitivity"), sensitivity, QStringLiteral("--json")});
+    const Run run = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--sensitivity"), sensitivity, QStringLiteral("--json")});
     QCOMPARE(run.status, 0);
     QCOMPARE(run.json().value(QStringLiteral("level_reference")).toString(), reference);
     const QJsonArray points = run.json().value(QStringLiteral("points")).toArray();
@@ -78,7 +78,7 @@ void tst_LpsdkOutput::transferPlotReplacesTheTable()
 {
     QTemporaryDir directory;
     const QString png = directory.filePath(QStringLiteral("response.png"));
-    const LpsdkRun run = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--plot"), png});
+    const Run run = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--plot"), png});
     QCOMPARE(run.status, 0);
     QVERIFY(QFile::exists(png));
     QVERIFY2(!run.out.contains("frequency_Hz") && run.out.contains(QByteArray("plot: ") + png.toUtf8()), run.out.constData());
@@ -88,7 +88,7 @@ void tst_LpsdkOutput::transferPlotReplacesTheTable()
 // on the 249 frequencies of the 1/24-octave grid, 1000 * 2^(k / 24) Hz for k = -140 ... 108.
 void tst_LpsdkOutput::balloonGridInNumbers()
 {
-    const LpsdkRun run = lpsdk({QStringLiteral("show"), QStringLiteral("DS-L12"), QStringLiteral("--json")});
+    const Run run = lpsdk({QStringLiteral("show"), QStringLiteral("DS-L12"), QStringLiteral("--json")});
     QCOMPARE(run.status, 0);
     const QJsonObject grid = run.json().value(QStringLiteral("source_points")).toArray().at(0)[QStringLiteral("balloon_grid")].toObject();
     const QJsonObject expected{{"theta_rows", 37}, {"phi_columns", 19}, {"theta_step_deg", 5}, {"phi_step_deg", 5}, {"symmetry", 3}, {"frequencies", 249},
@@ -98,7 +98,7 @@ void tst_LpsdkOutput::balloonGridInNumbers()
 
 void tst_LpsdkOutput::transferCsvIsTheTableAlone()
 {
-    const LpsdkRun run = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--csv")});
+    const Run run = lpsdk({QStringLiteral("transfer"), QStringLiteral("DS-L12"), QStringLiteral("--csv")});
     QCOMPARE(run.status, 0);
     const QList<QByteArray> lines = run.out.trimmed().split('\n');
     QCOMPARE(lines.first(), QByteArray("frequency_Hz,level_dB,phase_deg"));
@@ -125,7 +125,7 @@ void tst_LpsdkOutput::polarPlotsSpanTheBand()
     QTemporaryDir directory;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
-    const LpsdkRun run = lpsdk({QStringLiteral("balloon"), loudspeaker, QStringLiteral("--plot"), directory.filePath(QStringLiteral("polar.png")),
+    const Run run = lpsdk({QStringLiteral("balloon"), loudspeaker, QStringLiteral("--plot"), directory.filePath(QStringLiteral("polar.png")),
                                 QStringLiteral("--json")}, environment);
     QCOMPARE(run.status, 0);
     QCOMPARE(run.err, QByteArray());

@@ -38,9 +38,18 @@
 #include "SourcePointDescriptor_Interface.h"
 #include "Tolvane.h"
 
-// Loudspeakers
+// Directivity
+#include "BalloonCell.h"
+#include "BalloonCheck.h"
 #include "BalloonCsvPacker.h"
+#include "BalloonCsvUnpacker.h"
+#include "BalloonFile.h"
 #include "BalloonFileWriter.h"
+#include "BalloonProblem.h"
+#include "BalloonReadResult.h"
+#include "BalloonTable.h"
+
+// Loudspeakers
 #include "LoudspeakerDescriptor.h"
 #include "LoudspeakerDescriptorFileKeys.h"
 #include "SourcePointDescriptor.h"

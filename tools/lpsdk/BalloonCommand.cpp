@@ -18,6 +18,7 @@ struct Balloon
     SourcePointDescriptor *sourcePoint = nullptr;
     QString key;
     bool flushMount = false;
+    std::shared_ptr<const BalloonTable> table; // the table the source point's lookups of the key read
     QList<double> frequencies;
 
     Complex value(double frequency, double theta, double phi) const
@@ -37,12 +38,7 @@ struct Balloon
 
     double nearestFrequency(double frequency) const
     {
-        double best = frequencies.first();
-        for (double f : frequencies) {
-            if (std::abs(f - frequency) < std::abs(best - frequency))
-                best = f;
-        }
-        return best;
+        return frequencies.at(table->FindFrequencyIndex(frequency));
     }
 };
 
@@ -56,9 +52,16 @@ Balloon openBalloon(const CommandContext &context)
     if (balloon.flushMount && !balloon.sourcePoint->HasFlushMountAttenuation())
         usageError(QStringLiteral("source point \"%1\" has no flush-mount variant").arg(balloon.sourcePoint->GetName()));
     balloon.sourcePoint->ReadBalloonData(SourcePointDescriptor_Interface::Synchronous);
-    balloon.frequencies = balloon.sourcePoint->GetFrequencyVector();
-    if (!balloon.sourcePoint->IsBalloonDataLoaded() || balloon.frequencies.isEmpty())
+    const QStringList keys = balloon.sourcePoint->GetBalloonKeys();
+    if (!balloon.sourcePoint->IsBalloonDataLoaded() || keys.isEmpty())
         dataError(QStringLiteral("source point \"%1\" of %2 has no balloon data").arg(balloon.sourcePoint->GetName(), loudspeaker->GetName()));
+    balloon.table = balloon.sourcePoint->GetBalloonTable(balloon.key);
+    if (!balloon.table)
+        dataError(QStringLiteral("source point \"%1\" of %2 has no balloon key \"%3\" (its keys: %4)")
+                      .arg(balloon.sourcePoint->GetName(), loudspeaker->GetName(), balloon.key, keys.join(QStringLiteral(", "))));
+    balloon.frequencies = balloon.table->GetFrequencies();
+    if (balloon.frequencies.isEmpty())
+        dataError(QStringLiteral("the balloon \"%1\" of source point \"%2\" holds no frequencies").arg(balloon.key, balloon.sourcePoint->GetName()));
     return balloon;
 }
 

@@ -65,4 +65,6 @@ int runBalloon(const CommandContext &context);
 int runShape(const CommandContext &context);
 int runValidate(const CommandContext &context);
 int runBalloonPack(const CommandContext &context);
+int runDirectivity(const CommandContext &context);
+int runBalloonUnpack(const CommandContext &context);
 int runHelp(const CommandContext &context);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Descriptors.h"
 
+#include "Arguments.h"
 #include "CommandContext.h"
+#include "Vocabulary.h"
 #include "Output.h"
 
 #include <QJsonArray>
@@ -93,6 +95,53 @@ void outlineField(Output &output, const QString &key, const QString &label, cons
 QMap<QString, QList<Point>> riggingViews(RiggingHardwareDescriptor *rigging)
 {
     return rigging->GetViews().value<QMap<QString, QList<Point>>>();
+}
+
+// Coupling switches left out sit at their 0 dB position rather than at position 0.
+QMap<int, int> switchSettings(const QStringList &texts, LoudspeakerSetup *setup)
+{
+    QStringList known;
+    for (int s = 1; s <= 5; ++s) {
+        if (!setup->GetSwitchValues(s).isEmpty())
+            known.append(QString::number(s));
+    }
+    QMap<int, int> settings;
+    for (const QString &text : texts) {
+        const QStringList parts = text.split(QLatin1Char('='));
+        if (parts.size() != 2)
+            usageError(QStringLiteral("--switch takes n=value, not \"%1\"").arg(text));
+        const int number = Arguments::wholeNumber(parts.at(0), QStringLiteral("a switch number"));
+        const QMap<int, QString> values = setup->GetSwitchValues(number);
+        if (values.isEmpty())
+            usageError(QStringLiteral("setup \"%1\" has no switch %2 (its switches: %3)").arg(setup->GetFullName()).arg(number).arg(known.join(QStringLiteral(", "))));
+        const int value = Arguments::wholeNumber(parts.at(1), QStringLiteral("a switch value"));
+        if (!values.contains(value)) {
+            QStringList accepted;
+            for (auto it = values.cbegin(); it != values.cend(); ++it)
+                accepted.append(QStringLiteral("%1 (%2)").arg(it.key()).arg(it.value().trimmed()));
+            usageError(QStringLiteral("switch %1 has no value %2 (accepted: %3)").arg(number).arg(value).arg(accepted.join(QStringLiteral(", "))));
+        }
+        settings.insert(number, value);
+    }
+    if (!settings.contains(Vocabulary::LowCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::LowCouplingSwitch).isEmpty())
+        settings.insert(Vocabulary::LowCouplingSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
+    if (!settings.contains(Vocabulary::MidCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::MidCouplingSwitch).isEmpty())
+        settings.insert(Vocabulary::MidCouplingSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
+    return settings;
+}
+
+int setupKey(DspChannelDescriptor *channel, const QCommandLineParser &parser, Tolvane::Mounting mounting, const QString &name)
+{
+    const QMap<int, LoudspeakerSetup *> setups = channel->GetLoudspeakerSetups();
+    const int setupKey = parser.isSet(QStringLiteral("setup")) ? Arguments::wholeNumber(parser.value(QStringLiteral("setup")), QStringLiteral("--setup"))
+                                                               : channel->GetDefaultLoudspeakerSetupKey(mounting);
+    if (!setups.value(setupKey)) {
+        QStringList keys;
+        for (int key : setups.keys())
+            keys.append(QString::number(key));
+        usageError(QStringLiteral("%1 has no controller setup %2 (its setups: %3)").arg(name).arg(setupKey).arg(keys.isEmpty() ? QStringLiteral("none") : keys.join(QStringLiteral(", "))));
+    }
+    return setupKey;
 }
 
 } // namespace Descriptors

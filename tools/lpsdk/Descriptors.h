@@ -3,6 +3,8 @@
 
 #include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
+#include <QCommandLineParser>
+
 class Output;
 
 /// Look-ups and fields that several commands share.
@@ -21,4 +23,8 @@ void pointField(Output &output, const QString &key, const QString &label, const 
 void outlineField(Output &output, const QString &key, const QString &label, const QList<Point> &points);
 /// The rigging item's views by key ("3D", "top", "side" and suffixed variants).
 QMap<QString, QList<Point>> riggingViews(RiggingHardwareDescriptor *rigging);
+/// The setup key of --setup, else the mounting's default; a usage error naming the setups when the channel has no such setup.
+int setupKey(DspChannelDescriptor *channel, const QCommandLineParser &parser, Tolvane::Mounting mounting, const QString &name);
+/// Switch settings from --switch n=value, checked against the setup; coupling switches left out sit at 0 dB.
+QMap<int, int> switchSettings(const QStringList &texts, LoudspeakerSetup *setup);
 } // namespace Descriptors

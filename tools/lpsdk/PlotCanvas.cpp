@@ -5,6 +5,7 @@
 
 #include <QSvgGenerator>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -229,4 +230,17 @@ QPen PlotCanvas::pen(int index, double width)
     QPen pen(color(index), width);
     pen.setStyle(styles[(index / 10) % 4]);
     return pen;
+}
+
+QColor PlotCanvas::colorMap(double fraction)
+{
+    // A perceptually uniform scale from dark violet to yellow that stays readable with the common
+    // colour-vision deficiencies and in grey.
+    static const QColor stops[] = {QColor(68, 1, 84), QColor(72, 40, 120), QColor(62, 73, 137), QColor(49, 104, 142), QColor(38, 130, 142),
+                                   QColor(31, 158, 137), QColor(53, 183, 121), QColor(110, 206, 88), QColor(253, 231, 37)};
+    const double x = std::clamp(std::isnan(fraction) ? 0.0 : fraction, 0.0, 1.0) * 8.0;
+    const int i = std::min(int(x), 7);
+    const double t = x - i;
+    const auto mix = [t](int a, int b) { return int(std::lround(a + (b - a) * t)); };
+    return QColor(mix(stops[i].red(), stops[i + 1].red()), mix(stops[i].green(), stops[i + 1].green()), mix(stops[i].blue(), stops[i + 1].blue()));
 }

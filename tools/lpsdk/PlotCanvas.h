@@ -59,6 +59,8 @@ public:
     static QColor color(int index);
     /// The pen of curve `index`: its colour, and a dash of its own for every further ten curves.
     static QPen pen(int index, double width);
+    /// A colour of a violet-to-yellow scale readable with colour-vision deficiency, for fraction 0 ... 1.
+    static QColor colorMap(double fraction);
 
 private:
     QString m_fileName;

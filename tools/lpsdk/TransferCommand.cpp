@@ -4,48 +4,10 @@
 #include "CommandContext.h"
 #include "Descriptors.h"
 #include "PlotCanvas.h"
-#include "Vocabulary.h"
 
 #include <cmath>
 
 namespace {
-
-using Vocabulary::LowCouplingSwitch;
-using Vocabulary::MidCouplingSwitch;
-
-// Switch settings from --switch n=value, checked against the setup's value lists. Coupling
-// switches left out sit at their 0 dB position rather than at position 0.
-QMap<int, int> switchSettings(const QStringList &texts, LoudspeakerSetup *setup)
-{
-    QStringList known;
-    for (int s = 1; s <= 5; ++s) {
-        if (!setup->GetSwitchValues(s).isEmpty())
-            known.append(QString::number(s));
-    }
-    QMap<int, int> settings;
-    for (const QString &text : texts) {
-        const QStringList parts = text.split(QLatin1Char('='));
-        if (parts.size() != 2)
-            usageError(QStringLiteral("--switch takes n=value, not \"%1\"").arg(text));
-        const int number = Arguments::wholeNumber(parts.at(0), QStringLiteral("a switch number"));
-        const QMap<int, QString> values = setup->GetSwitchValues(number);
-        if (values.isEmpty())
-            usageError(QStringLiteral("setup \"%1\" has no switch %2 (its switches: %3)").arg(setup->GetFullName()).arg(number).arg(known.join(QStringLiteral(", "))));
-        const int value = Arguments::wholeNumber(parts.at(1), QStringLiteral("a switch value"));
-        if (!values.contains(value)) {
-            QStringList accepted;
-            for (auto it = values.cbegin(); it != values.cend(); ++it)
-                accepted.append(QStringLiteral("%1 (%2)").arg(it.key()).arg(it.value().trimmed()));
-            usageError(QStringLiteral("switch %1 has no value %2 (accepted: %3)").arg(number).arg(value).arg(accepted.join(QStringLiteral(", "))));
-        }
-        settings.insert(number, value);
-    }
-    if (!settings.contains(LowCouplingSwitch) && !setup->GetSwitchValues(LowCouplingSwitch).isEmpty())
-        settings.insert(LowCouplingSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
-    if (!settings.contains(MidCouplingSwitch) && !setup->GetSwitchValues(MidCouplingSwitch).isEmpty())
-        settings.insert(MidCouplingSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
-    return settings;
-}
 
 QJsonValue rounded(double value, double scale)
 {
@@ -135,17 +97,9 @@ int runTransfer(const CommandContext &context)
     DspChannelDescriptor *channel = sourcePoint->GetDspChannelDescriptor(sourcePoint->GetDefaultAmplifier());
     if (!channel)
         dataError(QStringLiteral("%1 has no DSP channel").arg(name));
-    const QMap<int, LoudspeakerSetup *> setups = channel->GetLoudspeakerSetups();
-    const int setupKey = parser.isSet(QStringLiteral("setup")) ? Arguments::wholeNumber(parser.value(QStringLiteral("setup")), QStringLiteral("--setup"))
-                                                               : channel->GetDefaultLoudspeakerSetupKey(mounting);
-    LoudspeakerSetup *setup = setups.value(setupKey);
-    if (!setup) {
-        QStringList keys;
-        for (int key : setups.keys())
-            keys.append(QString::number(key));
-        usageError(QStringLiteral("%1 has no controller setup %2 (its setups: %3)").arg(name).arg(setupKey).arg(keys.isEmpty() ? QStringLiteral("none") : keys.join(QStringLiteral(", "))));
-    }
-    const QMap<int, int> switches = switchSettings(parser.values(QStringLiteral("switch")), setup);
+    const int setupKey = Descriptors::setupKey(channel, parser, mounting, name);
+    LoudspeakerSetup *setup = channel->GetLoudspeakerSetups().value(setupKey);
+    const QMap<int, int> switches = Descriptors::switchSettings(parser.values(QStringLiteral("switch")), setup);
     const bool apEq = parser.isSet(QStringLiteral("ap-eq"));
     const bool inSpl = range == Tolvane::LogarithmicFrequencies && (sensitivity == Tolvane::Sensitivity || sensitivity == Tolvane::SensitivityWithArrayEq);
 

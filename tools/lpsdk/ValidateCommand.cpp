@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: MIT
 // lpsdk validate: everything a plugin author should fix, each problem with its plugin,
-// descriptor, file and key.
+// descriptor, file and key; or, given balloon files, every problem of each file.
 #include "CommandContext.h"
 #include "PluginFolder.h"
 
 #include <nvLoudspeakerPluginSdk/nvLoudspeakerPluginSdk.h>
 
-#include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
-
-#include <cmath>
 
 namespace {
 
@@ -157,34 +154,14 @@ public:
             checkKeys(descriptor, resource.fileName(), LoudspeakerSetupFileKeys::Table(), QJsonObject::fromVariantMap(setup), QString());
     }
 
-    // The grid from the balloon file's header: theta must run from 0 to 180, and a full circle
-    // needs its closing 360-degree column so that lookups near 360 have a right neighbour.
-    void checkBalloonGrid(const QString &descriptor, const QString &file, const QString &key, const QString &name)
+    // Everything the library finds wrong with a balloon file, each problem with its field or byte.
+    void checkBalloonFile(const QString &descriptor, const QString &file, const QString &key, const QString &name)
     {
-        QFile balloon(QStringLiteral(":/Resources/") + name);
-        if (!balloon.open(QIODevice::ReadOnly) || balloon.size() == 0)
+        const QString path = QStringLiteral(":/Resources/") + name;
+        if (QFileInfo(path).size() == 0)
             return; // reported as missing or empty
-        QDataStream in(&balloon);
-        in.setByteOrder(QDataStream::LittleEndian);
-        qint32 frequencies = 0, nh = 0, nv = 0, symmetry = 0;
-        double thetaStep = 0.0, phiStep = 0.0;
-        in >> frequencies >> nh >> nv >> thetaStep >> phiStep >> symmetry;
-        if (in.status() != QDataStream::Ok || balloon.size() < 194) {
-            add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" is shorter than its header").arg(name));
-            return;
-        }
-        if (frequencies <= 0 || nh <= 0 || nv <= 0) {
-            add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" holds no values (%2 frequencies, %3 x %4 directions)").arg(name).arg(frequencies).arg(nh).arg(nv));
-            return;
-        }
-        if (std::abs((nh - 1) * thetaStep - 180.0) > 1e-6)
-            add(descriptor, file, key, QStringLiteral("the balloon grid of \"%1\" covers theta 0 ... %2, not 0 ... 180 (%3 rows of %4 degrees)").arg(name).arg((nh - 1) * thetaStep).arg(nh).arg(thetaStep));
-        if (symmetry == Tolvane::NoSymmetry && std::abs((nv - 1) * phiStep - 360.0) > 1e-6)
-            add(descriptor, file, key,
-                QStringLiteral("the full-circle balloon \"%1\" has no closing 360-degree phi column (%2 columns of %3 degrees end at %4)").arg(name).arg(nv).arg(phiStep).arg((nv - 1) * phiStep));
-        const qint64 valueBytes = balloon.size() - 194 - 16LL * frequencies;
-        if (valueBytes < qint64(frequencies) * nh * nv * 2)
-            add(descriptor, file, key, QStringLiteral("the balloon file \"%1\" is shorter than its %2 x %3 x %4 grid").arg(name).arg(frequencies).arg(nh).arg(nv));
+        for (const BalloonProblem &problem : BalloonCheck::CheckFile(path))
+            add(descriptor, file, key, QStringLiteral("the balloon file \"%1\": %2").arg(name, problem.ToString()));
     }
 
     void checkLoudspeaker(PluginFolder &folder, LoudspeakerDescriptor *loudspeaker, const QString &file, const QVariantMap &map)
@@ -218,7 +195,7 @@ public:
             const QVariantMap balloons = entry.value(QStringLiteral("balloonData")).toMap();
             for (auto it = balloons.cbegin(); it != balloons.cend(); ++it) {
                 checkResourceFile(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString(), QStringLiteral("balloon"));
-                checkBalloonGrid(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString());
+                checkBalloonFile(name, file, prefix + QStringLiteral("balloonData/") + it.key(), it.value().toString());
             }
             folder.takeWarnings();
             sourcePoints.at(i)->ReadBalloonData(SourcePointDescriptor_Interface::Synchronous);
@@ -258,10 +235,54 @@ void addDescriptorFiles(Validator &validator, PluginFolder &folder, const Plugin
 
 } // namespace
 
+namespace {
+
+void report(Output &out, const QList<Problem> &problems)
+{
+    out.field(QStringLiteral("problem_count"), QStringLiteral("problems"), int(problems.size()));
+    out.beginList(QStringLiteral("problems"), QString());
+    for (const Problem &problem : problems) {
+        if (out.mode() == Output::Json) {
+            out.beginObject(QString());
+            out.field(QStringLiteral("plugin"), QString(), problem.plugin);
+            out.field(QStringLiteral("descriptor"), QString(), problem.descriptor);
+            out.field(QStringLiteral("file"), QString(), problem.file);
+            out.field(QStringLiteral("key"), QString(), problem.key);
+            out.field(QStringLiteral("message"), QString(), problem.message);
+            out.endObject();
+        } else {
+            QStringList where;
+            for (const QString &part : {problem.plugin, problem.descriptor, problem.file, problem.key}) {
+                if (!part.isEmpty())
+                    where.append(part);
+            }
+            out.line(where.join(QStringLiteral(": ")) + QStringLiteral(": ") + problem.message);
+        }
+    }
+    out.endList();
+}
+
+// Balloon files given by path, checked before they are built into a plugin: no plugin is loaded.
+int validateBalloonFiles(const CommandContext &context)
+{
+    QList<Problem> problems;
+    for (const QString &file : context.arguments) {
+        for (const BalloonProblem &problem : BalloonCheck::CheckFile(file)) {
+            const QString where = problem.offset >= 0 ? QStringLiteral("byte %1: ").arg(problem.offset) : QString();
+            problems.append({QString(), QString(), file, problem.field, where + problem.message});
+        }
+    }
+    context.output.field(QStringLiteral("files"), QStringLiteral("files"), int(context.arguments.size()));
+    report(context.output, problems);
+    return problems.isEmpty() ? 0 : 1;
+}
+
+} // namespace
+
 int runValidate(const CommandContext &context)
 {
     if (!context.arguments.isEmpty())
-        usageError(QStringLiteral("'validate' takes no name; give the folder with --plugins DIR"));
+        return validateBalloonFiles(context);
     PluginFolder &folder = context.plugins();
     Validator validator;
     QHash<QString, QString> firstOwner; // descriptor name -> plugin
@@ -310,26 +331,6 @@ int runValidate(const CommandContext &context)
     out.field(QStringLiteral("plugin_folder"), QStringLiteral("plugin folder"), folder.directory());
     out.field(QStringLiteral("libraries"), QStringLiteral("libraries"), int(folder.libraries().size()));
     out.field(QStringLiteral("descriptors"), QStringLiteral("descriptors"), descriptors);
-    out.field(QStringLiteral("problem_count"), QStringLiteral("problems"), int(validator.problems.size()));
-    out.beginList(QStringLiteral("problems"), QString());
-    for (const Problem &problem : validator.problems) {
-        if (out.mode() == Output::Json) {
-            out.beginObject(QString());
-            out.field(QStringLiteral("plugin"), QString(), problem.plugin);
-            out.field(QStringLiteral("descriptor"), QString(), problem.descriptor);
-            out.field(QStringLiteral("file"), QString(), problem.file);
-            out.field(QStringLiteral("key"), QString(), problem.key);
-            out.field(QStringLiteral("message"), QString(), problem.message);
-            out.endObject();
-        } else {
-            QStringList where{problem.plugin};
-            for (const QString &part : {problem.descriptor, problem.file, problem.key}) {
-                if (!part.isEmpty())
-                    where.append(part);
-            }
-            out.line(where.join(QStringLiteral(": ")) + QStringLiteral(": ") + problem.message);
-        }
-    }
-    out.endList();
+    report(out, validator.problems);
     return validator.problems.isEmpty() ? 0 : 1;
 }

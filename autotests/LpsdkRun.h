@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
 
-/// One run of the lpsdk host: its exit status and what it printed.
-struct LpsdkRun
+// One run of the lpsdk host (LPSDK_EXECUTABLE, with the demo series beside it): its exit status,
+// stdout and stderr.
+struct Run
 {
     int status = -1;
     QByteArray out;
@@ -16,8 +18,8 @@ struct LpsdkRun
     QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
 };
 
-/// Runs lpsdk (LPSDK_EXECUTABLE) to the end, in the test's environment unless one is given.
-inline LpsdkRun lpsdk(const QStringList &arguments, const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+/// In the test's environment unless one is given.
+inline Run lpsdk(const QStringList &arguments, const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {
     QProcess process;
     process.setProcessEnvironment(environment);

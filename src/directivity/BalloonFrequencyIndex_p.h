@@ -14,7 +14,8 @@
  * Snaps a frequency to an index of a balloon's frequency vector: the first index holding
  * exactly that frequency, else the first index of the smallest distance below 1e10, else -1
  * (also for an empty vector). Ascending vectors are searched with exactly that outcome, ties and
- * duplicates included; others are scanned. Allocation-free.
+ * duplicates included; others are scanned. Allocation-free. The only frequency search of the
+ * library: tables, source points and tools all go through it.
  *
  * An instance prepared with Reset() finds the place of a frequency in constant time: for
  * non-negative doubles the bit pattern grows with the value, so its upper bits pick a bucket of
@@ -80,17 +81,16 @@ public:
         return -1;
     }
 
+private:
+    static constexpr double InitialDistance = 1e10;
+
     /// True when the vector is ascending (duplicates allowed) and holds no NaN.
     static bool IsBisectable(const double *v, qsizetype n)
     {
         return std::none_of(v, v + n, [](double f) { return std::isnan(f); }) && std::is_sorted(v, v + n);
     }
 
-    static int Find(const double *v, qsizetype n, bool bisectable, double frequency)
-    {
-        return bisectable ? Bisect(v, n, frequency) : Scan(v, n, frequency);
-    }
-
+    // The search by its definition, for vectors that are not ascending.
     static int Scan(const double *v, qsizetype n, double frequency)
     {
         for (qsizetype i = 0; i < n; ++i) {
@@ -109,13 +109,6 @@ public:
         return index;
     }
 
-    static int Bisect(const double *v, qsizetype n, double frequency)
-    {
-        if (n == 0 || std::isnan(frequency))
-            return -1;
-        return Snap(v, n, LowerBound(v, n, frequency), frequency);
-    }
-
     /// std::lower_bound without data-dependent branches (random queries mispredict less).
     static const double *LowerBound(const double *v, qsizetype n, double value)
     {
@@ -128,8 +121,6 @@ public:
         return base + (*base < value);
     }
 
-private:
-    static constexpr double InitialDistance = 1e10;
 
     static quint64 bits(double value)
     {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileWriter.h"
 
+#include "BalloonFormat.h"
+
 #include <QFile>
 #include <QIODevice>
 #include <QSaveFile>
@@ -13,7 +15,6 @@
 
 namespace {
 
-constexpr int ReservedHeaderBytes = 79;
 
 void putInt32(char *&out, qint32 value)
 {
@@ -27,11 +28,6 @@ void putDouble(char *&out, double value)
     std::memcpy(&bits, &value, sizeof bits);
     qToLittleEndian(bits, out);
     out += 8;
-}
-
-int bytesPerValue(Tolvane::LoudspeakerDataFormat format)
-{
-    return format == Tolvane::ByteScaled ? 1 : 8;
 }
 
 std::pair<double, double> rangeOf(const QList<double> &values)
@@ -164,7 +160,8 @@ QByteArray BalloonFileWriter::toByteArray(const Data &data)
     const auto phaseRange = m_phaseRange.value_or(rangeOf(data.phases));
     const FlushMount flush = data.flushMount.value_or(FlushMount{0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
 
-    QByteArray bytes(194 + 16 * frequencyCount + values * (bytesPerValue(m_magnitudeFormat) + bytesPerValue(m_phaseFormat)),
+    QByteArray bytes(BalloonFormat::HeaderSize + 16 * frequencyCount
+                         + values * (BalloonFormat::BytesPerValue(m_magnitudeFormat) + BalloonFormat::BytesPerValue(m_phaseFormat)),
                      Qt::Uninitialized);
     char *out = bytes.data();
     putInt32(out, qint32(frequencyCount));
@@ -183,8 +180,9 @@ QByteArray BalloonFileWriter::toByteArray(const Data &data)
     for (double parameter : {flush.cutOnFrequency, flush.unused, flush.attenuation, flush.aperture, flush.angleNumerator,
                              flush.angleOffset})
         putDouble(out, parameter);
-    std::memset(out, 0, ReservedHeaderBytes);
-    out += ReservedHeaderBytes;
+    Q_ASSERT(out == bytes.data() + BalloonFormat::ReservedOffset);
+    std::memset(out, 0, BalloonFormat::ReservedBytes);
+    out += BalloonFormat::ReservedBytes;
     for (double frequency : data.frequencies)
         putDouble(out, frequency);
     for (qsizetype f = 0; f < frequencyCount; ++f)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "BalloonFormat.h"
 #include "Tolvane.h"
 #include "nvloudspeakerpluginsdk_export.h"
 
@@ -51,7 +52,7 @@ public:
         double flushMount[6] = {};
     };
 
-    static constexpr qsizetype HeaderSize = 194;
+    static constexpr qsizetype HeaderSize = BalloonFormat::HeaderSize;
     /// How many entries a list may hold beyond what the file's remaining bytes can fill
     /// (2^21: a realistic balloon truncated anywhere still loads, with zeros past the end).
     static constexpr qint64 MaxUnbackedValues = qint64(1) << 21;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileReader_p.h"
-#include "UpperState_p.h"
+#include "BalloonFormat.h"
+#include "UpperState.h"
 
 #include <QDataStream>
 #include <QtEndian>
@@ -15,7 +16,6 @@ namespace {
 constexpr double Pi = 3.141592653589793;
 constexpr double DegreesPerRadian = 57.29577951308232;
 constexpr double SpeedOfSound = 343.0;
-constexpr int ReservedHeaderBytes = 79;
 
 enum class Kind { Byte, Double, None };
 
@@ -221,7 +221,7 @@ BalloonFileReader::BalloonFileReader(QByteArrayView data)
     h.hasFlushMount = ReadByte();
     for (double &parameter : h.flushMount)
         parameter = ReadDouble();
-    m_pos = std::min<qsizetype>(m_pos + ReservedHeaderBytes, m_size);
+    m_pos = std::min<qsizetype>(m_pos + BalloonFormat::ReservedBytes, m_size);
 }
 
 qint32 BalloonFileReader::ReadInt32()
