@@ -25,6 +25,8 @@ DELIBERATELY_BROKEN = {
     "data/rigging/broken.json",              # not JSON
     "data/rigging/hostile.json",             # values of the wrong kind
     "data/rigging/full.json",                # a length written as text
+    "data/loudspeaker/unknownshape.json",    # a cabinet shape no generator knows
+    "data/rigging/unknownshape.json",        # a cabinet shape spelt in lower case
 }
 
 

@@ -11,6 +11,7 @@
 #include "TestHelpers.h"
 
 #include <QFile>
+#include <QLineF>
 
 #include <cmath>
 
@@ -39,6 +40,36 @@ double beamwidth(SourcePointDescriptor *point, double frequency, double phi)
     return 2.0 * theta;
 }
 
+// Inside the outline or within a micrometre of one of its edges.
+bool insideOrOn(const QList<Point> &outline, double across, double up, int acrossAxis, int upAxis)
+{
+    const auto onPage = [&](const Point &p) {
+        const double c[] = {p.x(), p.y(), p.z()};
+        return QPointF(c[acrossAxis], c[upAxis]);
+    };
+    QList<QPointF> polygon;
+    for (const Point &p : outline)
+        polygon.append(onPage(p));
+    const QPointF point(across, up);
+    bool inside = false; // crossings of a ray towards +across
+    for (qsizetype i = 0; i < polygon.size(); ++i) {
+        const QPointF a = polygon.at(i), b = polygon.at((i + 1) % polygon.size());
+        if ((a.y() > up) != (b.y() > up) && across < a.x() + (up - a.y()) / (b.y() - a.y()) * (b.x() - a.x()))
+            inside = !inside;
+    }
+    if (inside)
+        return true;
+    for (qsizetype i = 0; i < polygon.size(); ++i) {
+        const QLineF edge(polygon.at(i), polygon.at((i + 1) % polygon.size()));
+        const QPointF d = edge.p2() - edge.p1();
+        const double length2 = QPointF::dotProduct(d, d);
+        const double t = length2 > 0 ? std::clamp(QPointF::dotProduct(point - edge.p1(), d) / length2, 0.0, 1.0) : 0.0;
+        if (QLineF(point, edge.p1() + t * d).length() < 1e-6)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 class tst_DemoSeries : public QObject
@@ -52,7 +83,11 @@ private Q_SLOTS:
     void onAxisLevel_data();
     void onAxisLevel();
     void lineElementBeamwidths();
+    void lineElementRearFallsWithFrequency_data();
+    void lineElementRearFallsWithFrequency();
     void subwooferNearlyOmnidirectional();
+    void pointsLieInTheirCabinets_data();
+    void pointsLieInTheirCabinets();
     void measuredMonitorEqualsItsCsv();
 };
 
@@ -115,6 +150,34 @@ void tst_DemoSeries::lineElementBeamwidths()
     QVERIFY(beamwidth(point, 8000.0, 90.0) > 60.0);
 }
 
+void tst_DemoSeries::lineElementRearFallsWithFrequency_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<double>("frequency");
+    QTest::addColumn<double>("lowest");  // dB behind the cabinet, relative to on axis
+    QTest::addColumn<double>("highest");
+    for (const char *key : {"default", "cut"}) {
+        QTest::addRow("%s, 125 Hz: nearly as loud as in front", key) << key << 125.0 << -6.0 << 0.0;
+        QTest::addRow("%s, 1 kHz: shaded", key) << key << 1000.0 << -30.0 << -12.0;
+        QTest::addRow("%s, 4 kHz: quiet behind", key) << key << 4000.0 << -60.0 << -15.0;
+    }
+}
+
+// A cabinet hides its rear only from wavelengths shorter than itself; the level changes
+// smoothly with frequency, also across the top, where the pattern's halves meet.
+void tst_DemoSeries::lineElementRearFallsWithFrequency()
+{
+    QFETCH(QString, key);
+    QFETCH(double, frequency);
+    QFETCH(double, lowest);
+    QFETCH(double, highest);
+    SourcePointDescriptor *point = sourcePoint("DS-L12");
+    const double rear = level(point, key, frequency, 180.0, 0.0) - level(point, key, frequency, 0.0, 0.0);
+    QVERIFY2(rear >= lowest && rear <= highest, qPrintable(QString::number(rear)));
+    const double jumpOverTheTop = level(point, key, frequency, 85.0, 0.0) - level(point, key, frequency, 95.0, 0.0);
+    QVERIFY2(std::abs(jumpOverTheTop) < 6.0, qPrintable(QString::number(jumpOverTheTop)));
+}
+
 void tst_DemoSeries::subwooferNearlyOmnidirectional()
 {
     SourcePointDescriptor *point = sourcePoint("DS-S18");
@@ -126,6 +189,35 @@ void tst_DemoSeries::subwooferNearlyOmnidirectional()
         for (double theta = 0.0; theta <= 180.0; theta += 5.0)
             for (double phi = 0.0; phi < 360.0; phi += 45.0)
                 QVERIFY(std::abs(level(point, key, frequency, theta, phi) - onAxis) <= 3.0);
+    }
+}
+
+void tst_DemoSeries::pointsLieInTheirCabinets_data()
+{
+    QTest::addColumn<QString>("loudspeaker");
+    for (const char *name : {"DS-L12", "DS-P8", "DS-S18", "DS-M12", "DS-C5"})
+        QTest::newRow(name) << name;
+}
+
+// The centre of gravity, the mounting point and the acoustic sources are parts of the cabinet:
+// inside it or on its surface, seen from the side (x, z) and from above (x, y).
+void tst_DemoSeries::pointsLieInTheirCabinets()
+{
+    QFETCH(QString, loudspeaker);
+    LoudspeakerDescriptor *descriptor = PluginProvider::GetInstance().GetLoudspeakerDescriptorProvider()->GetLoudspeakerDescriptor(loudspeaker);
+    const Tolvane::Mounting mounting = Tolvane::Flown;
+    QList<std::pair<QString, Point>> points = {{QStringLiteral("centre of gravity"), descriptor->GetCenterOfGravity(mounting)},
+                                               {QStringLiteral("mounting point"), descriptor->GetMountingPoint(mounting, QStringLiteral("default"))}};
+    for (SourcePointDescriptor *sourcePoint : descriptor->GetSourcePointDescriptors()) {
+        points.append({sourcePoint->GetName() + QStringLiteral(" origin"), sourcePoint->GetOrigin(mounting)});
+        points.append({sourcePoint->GetName() + QStringLiteral(" centre"), sourcePoint->GetCenter(mounting)});
+    }
+    const QList<Point> side = descriptor->GetSideView(mounting);
+    const QList<Point> top = descriptor->GetTopView();
+    for (const auto &[name, p] : points) {
+        const QString where = QStringLiteral("%1 at (%2, %3, %4)").arg(name).arg(p.x()).arg(p.y()).arg(p.z());
+        QVERIFY2(insideOrOn(side, p.x(), p.z(), 0, 2), qPrintable(where + QStringLiteral(", side view")));
+        QVERIFY2(insideOrOn(top, p.x(), p.y(), 0, 1), qPrintable(where + QStringLiteral(", top view")));
     }
 }
 

@@ -133,9 +133,11 @@ BalloonFileWriter::Data subwoofer()
  * (353 mm), sin(u)/u, narrowing with frequency; horizontally a waveguide of 90 degrees
  * (((1 + cos a) / 2)^n with n = 4.38 from 800 Hz up, -6 dB at 45 degrees off axis, opening up
  * as (f / 800)^2 below). Mirror-symmetric up/down and left/right: quarter symmetry.
- * By default the low-frequency section is cardioid: up to 10 dB of rear rejection below about
- * 250 Hz. With the CUT switch on ("cut") that processing is off and the element radiates
- * backwards as a plain box.
+ * The cabinet hides its rear only where it is large against the wavelength: the waveguide's
+ * share of the pattern grows as x^2 / (1 + x^2), x = f / 300 Hz, the rest radiating all
+ * round: behind the plain box 1.4 dB down at 125 Hz, 22 dB at 1 kHz, at the floor by 4 kHz.
+ * By default the low-frequency section is slightly cardioid: up to 3 dB of rear rejection
+ * below about 250 Hz. With the CUT switch on ("cut") that processing is off.
  */
 BalloonFileWriter::Data lineElement(bool cut)
 {
@@ -143,14 +145,17 @@ BalloonFileWriter::Data lineElement(bool cut)
         const double front = std::cos(theta);
         const double left = std::sin(theta) * std::sin(phi);
         const double up = std::sin(theta) * std::cos(phi);
+        // The azimuth of the direction's horizontal part, weighed by how horizontal the
+        // direction is, so that the pattern stays continuous over the top and the bottom.
+        const double horizontalShare = std::hypot(front, left);
         const double azimuth = std::atan2(std::abs(left), front);
         const double n = 4.38 * std::min(1.0, std::pow(f / 800.0, 2));
-        // Floored so that straight behind, where the waveguide term is 0, the element still radiates
-        // at low frequencies, where n tends to 0 and the waveguide has no hold.
-        double value = line(wavenumber(f) * 0.353 / 2, up) * std::pow(std::max((1.0 + std::cos(azimuth)) / 2, 1e-3), n);
+        const double shielded = std::pow(f / 300.0, 2) / (1.0 + std::pow(f / 300.0, 2));
+        const double waveguide = 1.0 - shielded + shielded * std::pow((1.0 + std::cos(azimuth)) / 2, n);
+        double value = line(wavenumber(f) * 0.353 / 2, up) * std::pow(waveguide, horizontalShare);
         if (!cut) {
             const double lowShare = 1.0 / (1.0 + std::pow(f / 250.0, 4));
-            value *= 1.0 - 0.68 * lowShare * (1.0 - std::cos(azimuth)) / 2;
+            value *= 1.0 - 0.3 * lowShare * (1.0 - std::cos(azimuth)) / 2 * horizontalShare;
         }
         return value;
     });

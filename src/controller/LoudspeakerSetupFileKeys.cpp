@@ -3,7 +3,8 @@
 
 namespace {
 constexpr FileKey filterKeys[] = {
-    {"type", FileKey::Integer, FileKey::NoUnit, "0", "filter type, 0 to 15 (0 is a plain gain)"},
+    {"type", FileKey::Integer, FileKey::NoUnit, "0", "filter type, 0 to 15 (0 is a plain gain); numbered as in docs/filter-types.md",
+     nullptr, nullptr, R"({"minimum": 0, "maximum": 15})"},
     {"fp", FileKey::Number, FileKey::Hertz, "0", "corner or centre frequency"},
     {"Q", FileKey::Number, FileKey::NoUnit, "0", "quality factor"},
     {"G", FileKey::Number, FileKey::Decibels, "0", "gain"},

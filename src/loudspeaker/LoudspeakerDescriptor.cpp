@@ -205,6 +205,21 @@ Point LoudspeakerDescriptor::GetCenterOfGravity(Tolvane::Mounting mounting)
     return firstHeld(m_centersOfGravity, {Vocabulary::mountingKey(mounting, DefaultKey), ConvertMountingToString(mounting)});
 }
 
+QStringList LoudspeakerDescriptor::GetDefinedPointKeys(Tolvane::Mounting mounting, const QString &name) const
+{
+    using Vocabulary::isHeld;
+    const QString mountingText = ConvertMountingToString(mounting);
+    const QString mountingDefault = Vocabulary::mountingKey(mounting, DefaultKey);
+    QStringList keys;
+    if (isHeld(m_mountingPoints, {Vocabulary::mountingKey(mounting, name), name, mountingDefault, mountingText}))
+        keys.append(QStringLiteral("mountingPoint"));
+    if (isHeld(m_connectionPoints, {Vocabulary::mountingKey(mounting, name), mountingDefault, mountingText}))
+        keys.append(QStringLiteral("connectionPoint"));
+    if (isHeld(m_centersOfGravity, {mountingDefault, mountingText}))
+        keys.append(QStringLiteral("centerOfGravity"));
+    return keys;
+}
+
 Point LoudspeakerDescriptor::GetCenterOfAudio(Tolvane::Mounting mounting)
 {
     const QVariant center = m_centerOfAudio.value(QStringLiteral("center"));

@@ -75,6 +75,12 @@ public:
     Point GetMountingPoint(Tolvane::Mounting mounting, const QString &name) override;
     Point GetConnectionPoint(Tolvane::Mounting mounting, const QString &name) override;
     Point GetCenterOfGravity(Tolvane::Mounting mounting) override;
+    /**
+     * Which of the three points above the file gives for `mounting` (the mounting point under
+     * `name`): "mountingPoint", "connectionPoint" and "centerOfGravity" where the query finds an
+     * entry. The others answer the zero point, which marks no place on the cabinet.
+     */
+    QStringList GetDefinedPointKeys(Tolvane::Mounting mounting, const QString &name) const;
 
     /**
      * From "centerOfAudio": its member "center" is either a point valid for every mounting,

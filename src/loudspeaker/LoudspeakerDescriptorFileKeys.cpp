@@ -82,7 +82,10 @@ constexpr FileKey keys[] = {
     {"displayName", FileKey::String, FileKey::NoUnit, "the name", "name shown to users"},
     {"type", FileKey::String, FileKey::NoUnit, "none (warning)",
      "\"narrow dispersion\", \"wide dispersion\", \"Sub\", \"Top\", \"Point Source\", \"Line Array Top, narrow dispersion\" "
-     "or \"Line Array Top, wide dispersion\"; any other text logs a warning"},
+     "or \"Line Array Top, wide dispersion\"; any other text logs a warning",
+     nullptr, nullptr,
+     R"({"enum": ["narrow dispersion", "wide dispersion", "Sub", "Top", "Point Source", "Line Array Top, narrow dispersion",
+                  "Line Array Top, wide dispersion"]})"},
     {"cabinet", FileKey::Object, FileKey::NoUnit, "empty", "size, weight and outline of the cabinet", &cabinet},
     {"mountingPoint", FileKey::NamedMap, FileKey::Millimetres, "empty", "mounting points by name", nullptr, &point},
     {"centerOfGravity", FileKey::NamedMap, FileKey::Millimetres, "empty", "centres of gravity by mounting or name", nullptr, &point},

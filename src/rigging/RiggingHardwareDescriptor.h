@@ -81,6 +81,13 @@ public:
     Point GetShackleHoleOffset() override { return m_shackleHoleOffset; }
     QMap<Tolvane::MechanicalConnectionPoint, Point> GetMechanicalConnectionPoints(Tolvane::Mounting mounting, const QString &name) override;
     Point GetConnectionPoint(Tolvane::Mounting mounting, const QString &name) override;
+    /**
+     * Which of the points above the file gives for `mounting` and `name`: "mountingPoint",
+     * "connectionPoint", "centerOfGravity" and the corners of "mechanicalConnectionPoints"
+     * ("front, top", ..., "front, bottom, compression") where the query finds an entry. The
+     * others answer the zero point, which marks no place on the item.
+     */
+    QStringList GetDefinedPointKeys(Tolvane::Mounting mounting, const QString &name) const;
     Point GetConnectionPointOffset(double value) override;
     QVariant GetViews() override;
     QString GetPartNumber(bool withAppendix) override;

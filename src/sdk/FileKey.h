@@ -51,4 +51,7 @@ struct NVLPS_EXPORT FileKey
     const char *meaning;
     const FileKeyTable *keys = nullptr;  ///< Object: its keys; NamedMap: well-known member names
     const FileKey *item = nullptr;       ///< Array, MountingMap, NamedMap: each element or member
+    /// The values the reader tells apart, as JSON Schema keywords in the text of a JSON object
+    /// ({"enum": [...]} or {"minimum": 0, "maximum": 15}); null when any value of the kind is read alike.
+    const char *accepted = nullptr;
 };

@@ -4,6 +4,7 @@
 #include "Vocabulary.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 
 #include <algorithm>
 #include <cmath>
@@ -102,6 +103,12 @@ QJsonObject valueSchema(const FileKey &key)
         if (key.item)
             schema.insert(QStringLiteral("additionalProperties"), valueSchema(*key.item));
         break;
+    }
+    if (key.accepted) {
+        const QJsonObject accepted = QJsonDocument::fromJson(key.accepted).object();
+        Q_ASSERT_X(!accepted.isEmpty(), "FileKey::accepted", key.accepted);
+        for (auto it = accepted.constBegin(); it != accepted.constEnd(); ++it)
+            schema.insert(it.key(), it.value());
     }
     if (key.meaning && *key.meaning)
         schema.insert(QStringLiteral("description"), description(key));

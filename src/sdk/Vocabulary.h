@@ -48,4 +48,15 @@ T firstHeld(const QMap<QString, T> &map, std::initializer_list<QString> keys, co
     return map.value(DefaultKey, fallback);
 }
 
+/// Whether firstHeld() finds a value rather than taking its fallback.
+template<typename Map>
+bool isHeld(const Map &map, std::initializer_list<QString> keys)
+{
+    for (const QString &key : keys) {
+        if (map.contains(key))
+            return true;
+    }
+    return map.contains(DefaultKey);
+}
+
 } // namespace Vocabulary

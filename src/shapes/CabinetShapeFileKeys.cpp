@@ -16,7 +16,10 @@ constexpr FileKeyTable viewTable("views", viewKeys);
 constexpr FileKey keys[] = {
     {"cabinetShape", FileKey::String, FileKey::NoUnit, "\"Arbitrary\"",
      "outline generator: \"Arbitrary\", \"Cuboid\", \"Trapezoidal\", \"Trapezoidal lying\", \"Cuboid trapped\", "
-     "\"Cuboid chamfered\", \"Monitor\", \"LineArray\", \"LineArray standing\", \"ArcArray\", \"ArcArray standing\""},
+     "\"Cuboid chamfered\", \"Monitor\", \"LineArray\", \"LineArray standing\", \"ArcArray\", \"ArcArray standing\"",
+     nullptr, nullptr,
+     R"({"enum": ["Arbitrary", "Cuboid", "Trapezoidal", "Trapezoidal lying", "Cuboid trapped", "Cuboid chamfered", "Monitor",
+                  "LineArray", "LineArray standing", "ArcArray", "ArcArray standing"]})"},
     {"width", FileKey::Number, FileKey::Millimetres, "0", "outer width"},
     {"height", FileKey::Number, FileKey::Millimetres, "0", "outer height"},
     {"depth", FileKey::Number, FileKey::Millimetres, "0", "outer depth"},

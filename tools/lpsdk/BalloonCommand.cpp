@@ -5,6 +5,9 @@
 #include "Descriptors.h"
 #include "PlotCanvas.h"
 
+#include <QJsonArray>
+
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -85,30 +88,72 @@ void drawPlane(PlotCanvas &canvas, const QRectF &area, const Balloon &balloon, c
         QPolygonF line;
         for (const auto &[angle, level] : curve)
             line.append(PlotCanvas::mapPolar(area, bottom, 0.0, angle, std::isfinite(level) ? level - peak : bottom));
-        p.setPen(QPen(PlotCanvas::color(c), 2.5));
+        p.setPen(PlotCanvas::pen(c, 2.5));
         p.drawPolyline(line);
     }
+}
+
+// Four preferred frequencies (the R10 series: 100, 125, 160, 200, ... Hz) spread evenly on a
+// logarithmic scale across the band the default setup of the source point is made for, as far
+// as the balloon reaches.
+QList<double> bandFrequencies(const Balloon &balloon)
+{
+    // A 0 Hz balloon frequency has no place on a logarithmic scale.
+    const auto positive = std::find_if(balloon.frequencies.cbegin(), balloon.frequencies.cend(), [](double f) { return f > 0.0; });
+    if (positive == balloon.frequencies.cend())
+        return {balloon.frequencies.first()};
+    double low = *positive;
+    double high = balloon.frequencies.last();
+    if (DspChannelDescriptor *channel = balloon.sourcePoint->GetDspChannelDescriptor(balloon.sourcePoint->GetDefaultAmplifier())) {
+        const int setup = channel->GetDefaultLoudspeakerSetupKey(Tolvane::Flown);
+        const double bandLow = channel->GetLowOptFrequency(setup);
+        const double bandHigh = channel->GetHighOptFrequency(setup);
+        if (bandLow > 0.0 && bandHigh > bandLow) {
+            low = std::clamp(bandLow, low, high);
+            high = std::clamp(bandHigh, low, high);
+        }
+    }
+    static const double preferred[] = {1.0, 1.25, 1.6, 2.0, 2.5, 3.15, 4.0, 5.0, 6.3, 8.0};
+    constexpr int count = 4;
+    QList<double> frequencies;
+    for (int i = 1; i <= count; ++i) {
+        const double tenths = std::round(10.0 * std::log10(low * std::pow(high / low, double(i) / (count + 1))));
+        const int decade = int(std::floor(tenths / 10.0));
+        const double nominal = preferred[int(tenths) - 10 * decade] * std::pow(10.0, decade);
+        const double f = balloon.nearestFrequency(nominal);
+        if (!frequencies.contains(f))
+            frequencies.append(f);
+    }
+    return frequencies;
 }
 
 void plot(const CommandContext &context, const Balloon &balloon, const QString &file)
 {
     QList<double> frequencies;
-    for (double f : Arguments::numbers(context.parser.value(QStringLiteral("frequencies")), QStringLiteral("--frequencies"))) {
-        balloon.frequency(QString::number(f), QStringLiteral("--frequencies"));
-        frequencies.append(balloon.nearestFrequency(f));
+    if (context.parser.isSet(QStringLiteral("frequencies"))) {
+        for (double f : Arguments::numbers(context.parser.value(QStringLiteral("frequencies")), QStringLiteral("--frequencies"))) {
+            balloon.frequency(QString::number(f), QStringLiteral("--frequencies"));
+            frequencies.append(balloon.nearestFrequency(f));
+        }
+    } else {
+        frequencies = bandFrequencies(balloon);
     }
     const QString title = QStringLiteral("%1, source point \"%2\", balloon key \"%3\"%4\nlevel relative to each curve's maximum")
                               .arg(context.name(), balloon.sourcePoint->GetName(), balloon.key, balloon.flushMount ? QStringLiteral(", flush-mounted") : QString());
-    PlotCanvas canvas(file, QSize(1300, 760), title);
+    PlotCanvas canvas(file, QSize(1420, 760), title);
     // Phi 0 is the source's up and 90 its left: the horizontal plane is seen from above with
     // the left on the left, the vertical plane with up on the right.
     drawPlane(canvas, QRectF(90, 130, 500, 500), balloon, frequencies, 270.0, QStringLiteral("horizontal, seen from above (left: phi 90°)"));
     drawPlane(canvas, QRectF(710, 130, 500, 500), balloon, frequencies, 0.0, QStringLiteral("vertical (right: up, phi 0°)"));
     QList<PlotCanvas::LegendEntry> legend;
     for (int c = 0; c < frequencies.size(); ++c)
-        legend.append({PlotCanvas::color(c), QStringLiteral("%1 Hz").arg(frequencies.at(c))});
-    canvas.drawLegend(QPointF(1290, 70), legend);
+        legend.append({PlotCanvas::pen(c, 3), QStringLiteral("%1 Hz").arg(frequencies.at(c), 0, 'f', frequencies.at(c) >= 100.0 ? 0 : frequencies.at(c) >= 10.0 ? 1 : 2)});
+    canvas.drawLegend(QPointF(1410, 130), legend);
     canvas.save();
+    QJsonArray drawn;
+    for (double f : std::as_const(frequencies))
+        drawn.append(f);
+    context.output.field(QStringLiteral("frequencies_Hz"), QStringLiteral("frequencies"), drawn, QStringLiteral("Hz"));
     context.output.field(QStringLiteral("plot"), QStringLiteral("plot"), file);
 }
 

@@ -73,3 +73,4 @@ int runValidate(const CommandContext &context);
 int runBalloonPack(const CommandContext &context);
 int runDirectivity(const CommandContext &context);
 int runBalloonUnpack(const CommandContext &context);
+int runHelp(const CommandContext &context);

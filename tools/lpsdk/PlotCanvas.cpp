@@ -208,7 +208,7 @@ void PlotCanvas::drawLegend(const QPointF &topRight, const QList<LegendEntry> &e
     for (int i = 0; i < entries.size(); ++i) {
         const double x = box.left() + (i / rows) * columnWidth;
         const double y = box.top() + 14 + (i % rows) * 20;
-        p.setPen(QPen(entries.at(i).color, 3));
+        p.setPen(entries.at(i).pen);
         p.drawLine(QPointF(x + 6, y), QPointF(x + 28, y));
         p.setPen(Qt::black);
         p.drawText(QRectF(x + 34, y - 10, width + 4, 20), Qt::AlignLeft | Qt::AlignVCenter, entries.at(i).text);
@@ -216,11 +216,20 @@ void PlotCanvas::drawLegend(const QPointF &topRight, const QList<LegendEntry> &e
     p.restore();
 }
 
+// Ten colours that stay apart on screen and in print; past ten the dash tells curves apart.
 QColor PlotCanvas::color(int index)
 {
     static const QColor colors[] = {QColor(31, 119, 180), QColor(214, 39, 40), QColor(44, 160, 44), QColor(255, 127, 14), QColor(148, 103, 189),
                                     QColor(140, 86, 75), QColor(227, 119, 194), QColor(127, 127, 127), QColor(188, 189, 34), QColor(23, 190, 207)};
     return colors[index % 10];
+}
+
+QPen PlotCanvas::pen(int index, double width)
+{
+    static const Qt::PenStyle styles[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine};
+    QPen pen(color(index), width);
+    pen.setStyle(styles[(index / 10) % 4]);
+    return pen;
 }
 
 QColor PlotCanvas::colorMap(double fraction)

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QList>
 #include <QPainter>
+#include <QPen>
 #include <QRectF>
 #include <QString>
 
@@ -30,7 +31,9 @@ public:
     };
     struct LegendEntry
     {
-        QColor color;
+        LegendEntry(const QPen &pen, const QString &text) : pen(pen), text(text) {}
+        LegendEntry(const QColor &color, const QString &text) : pen(color, 3), text(text) {}
+        QPen pen;
         QString text;
     };
 
@@ -52,8 +55,10 @@ public:
     void drawLegend(const QPointF &topRight, const QList<LegendEntry> &entries, int columns = 1);
     /// A step of 1, 2 or 5 times a power of ten that cuts `range` into about `wanted` parts.
     static double niceStep(double range, int wanted);
-    /// Distinct colours for curves; ten before they repeat.
+    /// Distinct colours for curves; they repeat after ten.
     static QColor color(int index);
+    /// The pen of curve `index`: its colour, and a dash of its own for every further ten curves.
+    static QPen pen(int index, double width);
     /// A colour of a violet-to-yellow scale readable with colour-vision deficiency, for fraction 0 ... 1.
     static QColor colorMap(double fraction);
 

@@ -9,8 +9,50 @@
 #include <QSaveFile>
 
 #include <cmath>
+#include <functional>
 
 namespace {
+
+// One kind of point, with the key the descriptor files give it and the pen its mark is drawn
+// with in every picture: a compression corner dashed in its corner's colour.
+struct PointKind
+{
+    const char *key;
+    const char *label;
+    int pen;
+    int corner = -1; // a Tolvane::MechanicalConnectionPoint
+};
+
+const PointKind pointKinds[] = {
+    {"mountingPoint", "mounting point", 0},
+    {"connectionPoint", "connection point", 1},
+    {"centerOfGravity", "centre of gravity", 2},
+    {"sourcePoint", "source point", 3},
+    {"front, top", "connection front top", 4, Tolvane::FrontTop},
+    {"rear, top", "connection rear top", 5, Tolvane::RearTop},
+    {"rear, bottom", "connection rear bottom", 6, Tolvane::RearBottom},
+    {"front, bottom", "connection front bottom", 7, Tolvane::FrontBottom},
+    {"front, top, compression", "connection front top (compression)", 14, Tolvane::FrontTopCompression},
+    {"rear, top, compression", "connection rear top (compression)", 15, Tolvane::RearTopCompression},
+    {"rear, bottom, compression", "connection rear bottom (compression)", 16, Tolvane::RearBottomCompression},
+    {"front, bottom, compression", "connection front bottom (compression)", 17, Tolvane::FrontBottomCompression},
+};
+
+const PointKind &pointKind(const QString &key)
+{
+    for (const PointKind &kind : pointKinds) {
+        if (key == QLatin1String(kind.key))
+            return kind;
+    }
+    Q_UNREACHABLE();
+}
+
+struct Mark
+{
+    QString name;
+    Point point;
+    int pen = 0;
+};
 
 struct Outlines
 {
@@ -18,8 +60,21 @@ struct Outlines
     QList<Point> view3d; // quads, four corners per face
     QList<Point> top;
     QList<Point> side;
-    QList<std::pair<QString, Point>> marks;
+    QList<Mark> marks;
 };
+
+// The points the descriptor's file gives; a point it leaves out reads as the zero point, which
+// would mark a place that is no part of the item.
+template<typename Descriptor>
+QList<Mark> definedMarks(Descriptor *descriptor, Tolvane::Mounting mounting, const std::function<Point(const QString &)> &pointOf)
+{
+    QList<Mark> marks;
+    for (const QString &key : descriptor->GetDefinedPointKeys(mounting, QStringLiteral("default"))) {
+        const PointKind &kind = pointKind(key);
+        marks.append({QLatin1String(kind.label), pointOf(key), kind.pen});
+    }
+    return marks;
+}
 
 Outlines outlines(const CommandContext &context, Tolvane::Mounting mounting)
 {
@@ -30,11 +85,13 @@ Outlines outlines(const CommandContext &context, Tolvane::Mounting mounting)
         result.view3d = loudspeaker->Get3dView(mounting);
         result.top = loudspeaker->GetTopView();
         result.side = loudspeaker->GetSideView(mounting);
-        result.marks = {{QStringLiteral("mounting point"), loudspeaker->GetMountingPoint(mounting, defaultName)},
-                        {QStringLiteral("connection point"), loudspeaker->GetConnectionPoint(mounting, defaultName)},
-                        {QStringLiteral("centre of gravity"), loudspeaker->GetCenterOfGravity(mounting)}};
+        result.marks = definedMarks(loudspeaker, mounting, [&](const QString &key) {
+            return key == QLatin1String("mountingPoint")     ? loudspeaker->GetMountingPoint(mounting, defaultName)
+                   : key == QLatin1String("connectionPoint") ? loudspeaker->GetConnectionPoint(mounting, defaultName)
+                                                              : loudspeaker->GetCenterOfGravity(mounting);
+        });
         for (SourcePointDescriptor *sourcePoint : loudspeaker->GetSourcePointDescriptors())
-            result.marks.append({QStringLiteral("source point \"%1\"").arg(sourcePoint->GetName()), sourcePoint->GetOrigin(mounting)});
+            result.marks.append({QStringLiteral("source point \"%1\"").arg(sourcePoint->GetName()), sourcePoint->GetOrigin(mounting), pointKind(QStringLiteral("sourcePoint")).pen});
     } else if (RiggingHardwareDescriptor *item = Descriptors::findRigging(result.name)) {
         const QMap<QString, QList<Point>> views = Descriptors::riggingViews(item);
         QString key3d, keySide, keyTop;
@@ -42,14 +99,16 @@ Outlines outlines(const CommandContext &context, Tolvane::Mounting mounting)
         result.view3d = views.value(key3d);
         result.top = views.value(keyTop);
         result.side = views.value(keySide);
-        result.marks = {{QStringLiteral("mounting point"), item->GetMountingPoint(mounting, defaultName)},
-                        {QStringLiteral("connection point"), item->GetConnectionPoint(mounting, defaultName)},
-                        {QStringLiteral("centre of gravity"), item->GetCenterOfGravity()}};
-        const char *cornerNames[] = {"front top", "rear top", "rear bottom", "front bottom", "front top (compression)", "rear top (compression)",
-                                     "rear bottom (compression)", "front bottom (compression)"};
         const QMap<Tolvane::MechanicalConnectionPoint, Point> corners = item->GetMechanicalConnectionPoints(mounting, defaultName);
-        for (auto it = corners.cbegin(); it != corners.cend(); ++it)
-            result.marks.append({QStringLiteral("connection %1").arg(QLatin1String(cornerNames[it.key() & 7])), it.value()});
+        result.marks = definedMarks(item, mounting, [&](const QString &key) {
+            if (key == QLatin1String("mountingPoint"))
+                return item->GetMountingPoint(mounting, defaultName);
+            if (key == QLatin1String("connectionPoint"))
+                return item->GetConnectionPoint(mounting, defaultName);
+            if (key == QLatin1String("centerOfGravity"))
+                return item->GetCenterOfGravity();
+            return corners.value(static_cast<Tolvane::MechanicalConnectionPoint>(pointKind(key).corner));
+        });
     } else {
         dataError(QStringLiteral("no loudspeaker or rigging item named \"%1\" (see lpsdk list)").arg(result.name));
     }
@@ -62,7 +121,7 @@ double coordinate(const Point &p, int axis)
 }
 
 // One view drawn to scale: `across` and `up` name the point coordinates on the page.
-void drawView(PlotCanvas &canvas, const QRectF &box, const QList<Point> &points, const QList<std::pair<QString, Point>> &marks, int across, int up, double metresPerPixel,
+void drawView(PlotCanvas &canvas, const QRectF &box, const QList<Point> &points, const QList<Mark> &marks, int across, int up, double metresPerPixel,
               const QPointF &centre, const QString &caption)
 {
     const char *names = "xyz";
@@ -81,10 +140,10 @@ void drawView(PlotCanvas &canvas, const QRectF &box, const QList<Point> &points,
     p.setBrush(QColor(180, 200, 230, 120));
     p.drawPolygon(outline);
     for (int m = 0; m < marks.size(); ++m) {
-        const QPointF at = PlotCanvas::map(box, x, y, coordinate(marks.at(m).second, across), coordinate(marks.at(m).second, up));
-        p.setPen(QPen(PlotCanvas::color(m + 1), 2.5));
+        const QPointF at = PlotCanvas::map(box, x, y, coordinate(marks.at(m).point, across), coordinate(marks.at(m).point, up));
+        p.setPen(PlotCanvas::pen(marks.at(m).pen, 2.5));
         p.setBrush(Qt::NoBrush);
-        p.drawEllipse(at, 6.0 + 2.0 * m, 6.0 + 2.0 * m);
+        p.drawEllipse(at, 7.0, 7.0);
         p.drawLine(at - QPointF(4, 0), at + QPointF(4, 0));
         p.drawLine(at - QPointF(0, 4), at + QPointF(0, 4));
     }
@@ -112,16 +171,17 @@ std::pair<int, int> viewAxes(const QList<Point> &points, std::pair<int, int> fal
 }
 
 // Points at one place share one mark, named by the first with a count of the others.
-QList<std::pair<QString, Point>> mergedMarks(const QList<std::pair<QString, Point>> &marks)
+QList<Mark> mergedMarks(const QList<Mark> &marks)
 {
-    QList<std::pair<QString, Point>> merged;
+    QList<Mark> merged;
     QList<int> others;
-    for (const auto &[name, point] : marks) {
-        const auto same = std::find_if(merged.begin(), merged.end(), [&point = point](const auto &m) {
-            return std::abs(m.second.x() - point.x()) < 1e-6 && std::abs(m.second.y() - point.y()) < 1e-6 && std::abs(m.second.z() - point.z()) < 1e-6;
+    for (const Mark &mark : marks) {
+        const Point &point = mark.point;
+        const auto same = std::find_if(merged.begin(), merged.end(), [&point](const Mark &m) {
+            return std::abs(m.point.x() - point.x()) < 1e-6 && std::abs(m.point.y() - point.y()) < 1e-6 && std::abs(m.point.z() - point.z()) < 1e-6;
         });
         if (same == merged.end()) {
-            merged.append({name, point});
+            merged.append(mark);
             others.append(0);
         } else {
             ++others[same - merged.begin()];
@@ -129,7 +189,7 @@ QList<std::pair<QString, Point>> mergedMarks(const QList<std::pair<QString, Poin
     }
     for (int i = 0; i < merged.size(); ++i) {
         if (others.at(i) > 0)
-            merged[i].first += QStringLiteral(" (and %1 more point%2 there)").arg(others.at(i)).arg(others.at(i) > 1 ? QStringLiteral("s") : QString());
+            merged[i].name += QStringLiteral(" (and %1 more point%2 there)").arg(others.at(i)).arg(others.at(i) > 1 ? QStringLiteral("s") : QString());
     }
     return merged;
 }
@@ -150,7 +210,7 @@ void plot(const QString &file, const Outlines &original, Tolvane::Mounting mount
          {std::tuple{&shape.top, topAcross, topUp, &topCentre}, std::tuple{&shape.side, sideAcross, sideUp, &sideCentre}}) {
         QList<Point> all = *points;
         for (const auto &mark : shape.marks)
-            all.append(mark.second);
+            all.append(mark.point);
         double lowA = 1e300, highA = -1e300, lowU = 1e300, highU = -1e300;
         for (const Point &p : all) {
             lowA = std::min(lowA, coordinate(p, across));
@@ -166,7 +226,7 @@ void plot(const QString &file, const Outlines &original, Tolvane::Mounting mount
     drawView(canvas, sideBox, shape.side, shape.marks, sideAcross, sideUp, metresPerPixel, sideCentre, QStringLiteral("side view"));
     QList<PlotCanvas::LegendEntry> legend{{QColor(40, 40, 40), QStringLiteral("outline")}};
     for (int m = 0; m < shape.marks.size(); ++m)
-        legend.append({PlotCanvas::color(m + 1), shape.marks.at(m).first});
+        legend.append({PlotCanvas::pen(shape.marks.at(m).pen, 3), shape.marks.at(m).name});
     canvas.drawLegend(QPointF(1360, 730), legend, legend.size() > 4 ? 2 : 1);
     canvas.save();
 }
@@ -230,10 +290,10 @@ int runShape(const CommandContext &context)
     Descriptors::outlineField(out, QStringLiteral("top_view"), QStringLiteral("top outline"), shape.top);
     Descriptors::outlineField(out, QStringLiteral("side_view"), QStringLiteral("side outline"), shape.side);
     out.beginList(QStringLiteral("points"), QStringLiteral("points:"));
-    for (const auto &[name, point] : shape.marks) {
+    for (const Mark &mark : shape.marks) {
         out.beginObject(QString());
-        Descriptors::pointField(out, QStringLiteral("position"), name, point);
-        out.field(QStringLiteral("name"), QString(), name);
+        Descriptors::pointField(out, QStringLiteral("position"), mark.name, mark.point);
+        out.field(QStringLiteral("name"), QString(), mark.name);
         out.endObject();
     }
     out.endList();

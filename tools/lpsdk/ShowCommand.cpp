@@ -107,10 +107,16 @@ void showLoudspeaker(const CommandContext &context, LoudspeakerDescriptor *louds
         out.field(QStringLiteral("balloon_loaded"), QStringLiteral("balloon"), sourcePoint->IsBalloonDataLoaded());
         if (sourcePoint->IsBalloonDataLoaded()) {
             const QList<double> frequencies = sourcePoint->GetFrequencyVector();
-            out.field(QStringLiteral("balloon_grid"), QStringLiteral("balloon grid"),
-                QStringLiteral("%1 theta x %2 phi, steps %3 / %4 deg, %5 frequencies %6 ... %7 Hz")
-                    .arg(sourcePoint->GetNH()).arg(sourcePoint->GetNV()).arg(sourcePoint->GetThetaStepWidth()).arg(sourcePoint->GetPhiStepWidth())
-                    .arg(frequencies.size()).arg(frequencies.value(0)).arg(frequencies.value(frequencies.size() - 1)));
+            out.beginObject(QStringLiteral("balloon_grid"), QStringLiteral("balloon grid:"));
+            out.field(QStringLiteral("theta_rows"), QStringLiteral("theta rows"), sourcePoint->GetNH());
+            out.field(QStringLiteral("phi_columns"), QStringLiteral("phi columns"), sourcePoint->GetNV());
+            out.field(QStringLiteral("theta_step_deg"), QStringLiteral("theta step"), sourcePoint->GetThetaStepWidth(), QStringLiteral("deg"));
+            out.field(QStringLiteral("phi_step_deg"), QStringLiteral("phi step"), sourcePoint->GetPhiStepWidth(), QStringLiteral("deg"));
+            out.field(QStringLiteral("symmetry"), QStringLiteral("symmetry code"), int(sourcePoint->GetSymmetry()));
+            out.field(QStringLiteral("frequencies"), QStringLiteral("frequencies"), int(frequencies.size()));
+            out.field(QStringLiteral("lowest_frequency_Hz"), QStringLiteral("lowest frequency"), frequencies.value(0), QStringLiteral("Hz"));
+            out.field(QStringLiteral("highest_frequency_Hz"), QStringLiteral("highest frequency"), frequencies.value(frequencies.size() - 1), QStringLiteral("Hz"));
+            out.endObject();
         }
         if (DspChannelDescriptor *channel = sourcePoint->GetDspChannelDescriptor(sourcePoint->GetDefaultAmplifier()))
             showSetups(out, channel, chosen);

@@ -25,7 +25,7 @@ struct Curve
     QList<double> phases;
 };
 
-void plot(const QString &file, const QString &title, const Curve &curve, const QString &levelLabel)
+void plot(const QString &file, const QString &title, const Curve &curve, const QString &levelLabel, const QString &curveName)
 {
     PlotCanvas canvas(file, QSize(1200, 900), title);
     double low = curve.frequencies.value(0, 20.0);
@@ -77,7 +77,7 @@ void plot(const QString &file, const QString &title, const Curve &curve, const Q
     }
     p.drawPolyline(piece);
     p.restore();
-    canvas.drawLegend(QPointF(upper.right() - 8, upper.top() + 8), {{PlotCanvas::color(0), QStringLiteral("magnitude")}, {PlotCanvas::color(1), QStringLiteral("phase (lower chart)")}});
+    canvas.drawLegend(QPointF(upper.right() - 8, upper.top() + 8), {{PlotCanvas::color(0), curveName}, {PlotCanvas::color(1), QStringLiteral("phase (lower chart)")}});
     canvas.save();
 }
 
@@ -122,9 +122,17 @@ int runTransfer(const CommandContext &context)
     }
     out.endList();
     const QString title = QStringLiteral("%1, setup %2 \"%3\"").arg(name).arg(setupKey).arg(setup->GetFullName());
+    const QString curveName = inSpl ? QStringLiteral("sound pressure level") : QStringLiteral("controller response");
     if (out.mode() == Output::Text)
         out.line(QStringLiteral("# ") + title + (settings.isEmpty() ? QString() : QStringLiteral(", ") + settings.join(QStringLiteral(", "))));
-    const QString levelKey = inSpl ? QStringLiteral("level_dB_SPL") : QStringLiteral("magnitude_dB");
+    // The key stays the same whatever the reference; the reference is a field of its own.
+    const QString levelKey = QStringLiteral("level_dB");
+    const QString reference = inSpl ? QStringLiteral("dB SPL (re 20 uPa), the sound pressure level") : QStringLiteral("dB re 1, the controller's response");
+    out.field(QStringLiteral("level_reference"), QString(), reference);
+    if (out.mode() == Output::Text)
+        out.line(QStringLiteral("# level_dB: ") + reference);
+    // A picture replaces the table; a JSON document still carries the numbers.
+    const bool table = plotFile.isEmpty() || out.mode() == Output::Json;
 
     // The coupling pair's filters, when the table does not give them, are named once here:
     // the response is then computed without them, or not at all where one is undefined.
@@ -145,20 +153,26 @@ int runTransfer(const CommandContext &context)
     Curve curve;
     bool silent = false;
     curve.frequencies = channel->GetFrequencyVector(range);
-    out.beginList(QStringLiteral("points"), QString(), {{QStringLiteral("frequency_Hz"), QStringLiteral("frequency_Hz")}, {levelKey, levelKey}, {QStringLiteral("phase_deg"), QStringLiteral("phase_deg")}});
+    if (table)
+        out.beginList(QStringLiteral("points"), QString(), {{QStringLiteral("frequency_Hz"), QStringLiteral("frequency_Hz")}, {levelKey, levelKey}, {QStringLiteral("phase_deg"), QStringLiteral("phase_deg")}});
     for (int i = 0; i < curve.frequencies.size(); ++i) {
         const Complex h = channel->GetTransferFunction(range, i, setupKey, switches, sensitivity, apEq);
         curve.levels.append(20.0 * std::log10(h.abs() / (inSpl ? 2e-5 : 1.0)));
         curve.phases.append(h.arg() * 180.0 / M_PI);
         silent = silent || !std::isfinite(curve.levels.last());
-        out.row({rounded(curve.frequencies.at(i), 100.0), rounded(curve.levels.last(), 1000.0), rounded(curve.phases.last(), 100.0)});
+        if (table)
+            out.row({rounded(curve.frequencies.at(i), 100.0), rounded(curve.levels.last(), 1000.0), rounded(curve.phases.last(), 100.0)});
     }
-    out.endList();
+    if (table)
+        out.endList();
     if (silent)
         out.field(QStringLiteral("null_level_reason"), QStringLiteral("note"),
             couplingProblems.isEmpty() ? QStringLiteral("a level is null (\"-\") where the magnitude is zero")
                                        : QStringLiteral("a level is null (\"-\") where the magnitude is zero or undefined: ") + couplingProblems.join(QStringLiteral("; ")));
-    if (!plotFile.isEmpty())
-        plot(plotFile, title + (settings.isEmpty() ? QString() : QStringLiteral("\n") + settings.join(QStringLiteral(", "))), curve, inSpl ? QStringLiteral("level (dB SPL)") : QStringLiteral("magnitude (dB)"));
+    if (!plotFile.isEmpty()) {
+        plot(plotFile, curveName + QStringLiteral(" of ") + title + (settings.isEmpty() ? QString() : QStringLiteral("\n") + settings.join(QStringLiteral(", "))), curve,
+             inSpl ? QStringLiteral("sound pressure level (dB SPL)") : QStringLiteral("controller response (dB)"), curveName);
+        out.field(QStringLiteral("plot"), QStringLiteral("plot"), plotFile);
+    }
     return 0;
 }
