@@ -89,6 +89,8 @@ def main():
                     if not isinstance(document, dict):
                         continue
                     kind = max(KINDS, key=lambda k: len(validators[k][1] & set(document)))
+                    if not validators[kind][1] & set(document):
+                        continue  # no data file of the library (a prediction scene, say)
                     errors = sorted(validators[kind][0].iter_errors(document), key=lambda e: list(e.absolute_path))
                     checked += 1
                     for error in errors:

@@ -74,3 +74,4 @@ int runBalloonPack(const CommandContext &context);
 int runDirectivity(const CommandContext &context);
 int runBalloonUnpack(const CommandContext &context);
 int runHelp(const CommandContext &context);
+int runPredict(const CommandContext &context);

@@ -53,6 +53,8 @@ const QList<CommandEntry> &commands()
         {"balloon-unpack", runBalloonUnpack, "FILE.bin -o OUT.csv: a balloon file back to balloon-pack's CSV", names({"output"})},
         {"directivity", runDirectivity, "NAME|FILE.bin: directivity index, beamwidths and spinorama curves; --plot draws them",
          names({"source-point", "key", "flush-mount", "mounting", "setup", "switch", "plot", "kind", "vertical", "normalize"})},
+        {"predict", runPredict, "SCENE.json: the sound field of a scene's loudspeakers and arrays over its receivers",
+         names({"threads", "band", "plot", "csv"})},
         {"help", runHelp, "[COMMAND]: the options of a command, or with --markdown the reference of every command", names({"markdown"})},
     };
     return table;
@@ -93,6 +95,8 @@ const QList<QCommandLineOption> &allOptions()
         {QStringLiteral("kind"), QStringLiteral("What --plot draws: spinorama, isobar, di, beamwidth or offaxis (default spinorama)."), QStringLiteral("kind"), QStringLiteral("spinorama")},
         {QStringLiteral("vertical"), QStringLiteral("With --kind offaxis: the vertical plane instead of the horizontal.")},
         {QStringLiteral("normalize"), QStringLiteral("With --kind offaxis: levels relative to on-axis.")},
+        {QStringLiteral("threads"), QStringLiteral("'predict': threads to compute on (default 0: one per core)."), QStringLiteral("n"), QStringLiteral("0")},
+        {QStringLiteral("band"), QStringLiteral("'predict': the band in Hz that the summary and --plot show (default: the A-weighted sum)."), QStringLiteral("hz")},
         {QStringLiteral("expect-loudspeaker"), QStringLiteral("Fail unless a loudspeaker of this name is registered."), QStringLiteral("name")},
         {QStringLiteral("expect-rigging"), QStringLiteral("Fail unless a rigging item of this name is registered."), QStringLiteral("name")},
         {QStringLiteral("markdown"), QStringLiteral("Print the reference of every command and option as Markdown.")},
