@@ -317,27 +317,6 @@ QVariant RiggingHardwareDescriptor::GetCompressionPullPointMap()
     return QVariant::fromValue(m_compressionPullPoint);
 }
 
-Point RiggingHardwareDescriptor::GetCenterOfGravity()
-{
-    const auto standard = m_centerOfGravity.constFind(QStringLiteral("standard"));
-    if (standard != m_centerOfGravity.cend())
-        return *standard;
-    for (auto type = m_loadBeamTypes.cbegin(); type != m_loadBeamTypes.cend(); ++type) {
-        const QVariantMap positions = type.value().toMap().value(QStringLiteral("loadBeamPositions")).toMap();
-        for (auto position = positions.cbegin(); position != positions.cend(); ++position) {
-            const auto it = m_centerOfGravity.constFind(type.key() + QLatin1Char('_') + position.key());
-            if (it != m_centerOfGravity.cend())
-                return *it;
-        }
-    }
-    return m_centerOfGravity.value(DefaultKey);
-}
-
-QVariant RiggingHardwareDescriptor::GetCenterOfGravityMap()
-{
-    return QVariant::fromValue(m_centerOfGravity);
-}
-
 QMap<Tolvane::MechanicalConnectionPoint, Point> RiggingHardwareDescriptor::GetMechanicalConnectionPoints(Tolvane::Mounting mounting, const QString &name)
 {
     static const QString corners[] = {QStringLiteral("front, top"), QStringLiteral("rear, top"), QStringLiteral("rear, bottom"),

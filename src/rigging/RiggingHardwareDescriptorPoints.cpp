@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which points a rigging descriptor file gives, so that hosts draw no zero point for one it leaves out.
+// The centre of gravity, and which points a rigging descriptor file gives, so that hosts draw no
+// zero point for one it leaves out.
 #include "RiggingHardwareDescriptor.h"
 
 #include "Vocabulary.h"
@@ -33,4 +34,25 @@ QStringList RiggingHardwareDescriptor::GetDefinedPointKeys(Tolvane::Mounting mou
             keys.append(QLatin1String(corner));
     }
     return keys;
+}
+
+Point RiggingHardwareDescriptor::GetCenterOfGravity()
+{
+    const auto standard = m_centerOfGravity.constFind(QStringLiteral("standard"));
+    if (standard != m_centerOfGravity.cend())
+        return *standard;
+    for (auto type = m_loadBeamTypes.cbegin(); type != m_loadBeamTypes.cend(); ++type) {
+        const QVariantMap positions = type.value().toMap().value(QStringLiteral("loadBeamPositions")).toMap();
+        for (auto position = positions.cbegin(); position != positions.cend(); ++position) {
+            const auto it = m_centerOfGravity.constFind(type.key() + QLatin1Char('_') + position.key());
+            if (it != m_centerOfGravity.cend())
+                return *it;
+        }
+    }
+    return m_centerOfGravity.value(DefaultKey);
+}
+
+QVariant RiggingHardwareDescriptor::GetCenterOfGravityMap()
+{
+    return QVariant::fromValue(m_centerOfGravity);
 }
