@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The balloon table's lookup against a plain oracle, its kernels against each other, and the
 // source point's lookups against the tables it hands out.
-#include "BalloonKernel_p.h"
+#include "BalloonKernel.h"
 #include "BalloonTable.h"
 #include "IBalloon.h"
 #include "SourcePointDescriptor.h"

@@ -165,6 +165,7 @@ private:
     QMap<QString, DspChannelDescriptor *> m_dspChannels;
 
     std::shared_ptr<const SourcePointBalloons> m_balloons; // replaced whole by each read
+    const BalloonTable *m_onlyTable = nullptr; // of m_balloons, when it has one table: no key to compare
     std::atomic<int> m_tableCount{0};
     std::atomic<bool> m_balloonDataLoaded{false};
     QFuture<void> m_backgroundRead;
