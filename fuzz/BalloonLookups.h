@@ -64,7 +64,9 @@ inline void lookUpBalloon(const BalloonTable &table, const uint8_t *data, size_t
                     }
                     if (directThrew != cellThrew || (!directThrew && std::memcmp(&direct, &viaCell, sizeof direct) != 0))
                         std::abort();
-                    if (f == indexes[2]) { // the same through the frequency search in one call
+                    // The same through the frequency search in one call, for one direction only:
+                    // unordered frequencies are scanned, and a file may hold millions.
+                    if (f == indexes[2] && theta == thetas[0] && phi == phis[0]) {
                         bool searchThrew = false;
                         Complex searched;
                         try {
