@@ -26,8 +26,9 @@ class SourcePointBalloons;
  * time while no read runs. The destructor waits for a running background read.
  *
  * Each file becomes an immutable BalloonTable. A read swaps the point's tables in at once; a read
- * that throws leaves the point as it was, and a table or balloon object handed out stays valid
- * for as long as it is held, across later reads and the point's destruction.
+ * that throws leaves the tables and the grid as they were (the point stays unloaded, as during
+ * any read), and a table or balloon object handed out stays valid for as long as it is held,
+ * across later reads and the point's destruction.
  *
  * Positions are metres, angles degrees, frequencies Hz. A missing balloon resource logs
  * "Balloon data file not found: <name>"; a short or corrupt balloon file is not detected here
