@@ -160,6 +160,9 @@ inline QMap<QString, QByteArray> all()
     absurdBytes.append(6, '\x01');
     files.insert(QStringLiteral("absurd.bin"), absurdBytes);
 
+    // A good file cut short in its values: the header still reads, the body is 100 bytes short.
+    files.insert(QStringLiteral("truncated.bin"), bytes(roundTripData(Tolvane::NoSymmetry), Tolvane::Double).chopped(100));
+
     RawBalloonFile zero = RawBalloonFile::grid({}, 3, 4, 10.0, 90.0);
     files.insert(QStringLiteral("zero.bin"), zero.toBytes());
     return files;

@@ -41,6 +41,8 @@ class tst_BalloonFile : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void readsAGoodFileAsThePointDoes();
+    void writesWhatItReads_data();
+    void writesWhatItReads();
     void corruptFile_data();
     void corruptFile();
     void everyTruncationIsFound();
@@ -66,6 +68,44 @@ void tst_BalloonFile::readsAGoodFileAsThePointDoes()
     const std::complex<float> v = result.table->GetValues()[9];
     QCOMPARE(v, std::complex<float>(float(std::pow(10.0, -2 / 20.0) * std::cos(90 * M_PI / 180)),
                                     float(std::pow(10.0, -2 / 20.0) * std::sin(90 * M_PI / 180))));
+}
+
+void tst_BalloonFile::writesWhatItReads_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<double>("tolerance"); // dB and degrees
+    QTest::newRow("double") << int(Tolvane::Double) << 1e-9;
+    QTest::newRow("byte-scaled: half a step of 30 dB and 350 degrees") << int(Tolvane::ByteScaled) << 350.0 / 510;
+}
+
+void tst_BalloonFile::writesWhatItReads()
+{
+    QFETCH(int, format);
+    QFETCH(double, tolerance);
+    BalloonFileWriter::Data data;
+    data.frequencies = {100.0, 1000.0};
+    data.nh = 19;
+    data.nv = 10;
+    data.thetaStepWidth = 10.0;
+    data.phiStepWidth = 10.0;
+    data.symmetry = Tolvane::QuarterSymmetry;
+    for (int i = 0; i < 2 * 19 * 10; ++i) {
+        data.magnitudes.append(-30.0 * (i % 19) / 18);
+        data.phases.append(-175.0 + 350.0 * (i % 10) / 9);
+    }
+    const auto encoding = Tolvane::LoudspeakerDataFormat(format);
+    const BalloonReadResult result = BalloonFile::Read(BalloonFile::Encode(data, encoding, encoding));
+    QVERIFY2(result.table && BalloonCheck::Check(*result.table).isEmpty(), qPrintable(texts(result.problems).join(u'\n')));
+    for (int i = 0; i < 2 * 19 * 10; ++i) {
+        const Complex value(result.table->GetValues()[i]);
+        QVERIFY(std::abs(20 * std::log10(value.abs()) - data.magnitudes[i]) <= tolerance + 1e-5);
+        QVERIFY(std::abs(value.arg() * 180 / M_PI - data.phases[i]) <= tolerance + 1e-4);
+    }
+
+    QString error;
+    data.nv = 0;
+    QVERIFY(BalloonFile::Encode(data, encoding, encoding, &error).isEmpty());
+    QCOMPARE(error, QStringLiteral("grid of 19 x 0 angles: both counts must be positive"));
 }
 
 void tst_BalloonFile::corruptFile_data()

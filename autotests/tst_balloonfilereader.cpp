@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileReader_p.h"
-#include "BalloonFrequencyIndex_p.h"
+#include "BalloonFrequencyIndex.h"
+#include "BalloonKernel.h"
 #include "RawBalloonFile.h"
 #include "TestHelpers.h"
 
@@ -343,8 +344,8 @@ void tst_BalloonFileReader::phiIndex()
     QFETCH(int, symmetry);
     QFETCH(double, phi);
     QFETCH(double, expected);
-    QCOMPARE(BalloonFileReader::PhiIndex(phi, symmetry, 1.0), expected);
-    QCOMPARE(BalloonFileReader::PhiIndex(phi, symmetry, 5.0), expected / 5.0);
+    QCOMPARE(BalloonKernel::phiIndex(phi, symmetry, 1.0), expected);
+    QCOMPARE(BalloonKernel::phiIndex(phi, symmetry, 5.0), expected / 5.0);
 }
 
 void tst_BalloonFileReader::arcSineModulus_data()

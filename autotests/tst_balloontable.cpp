@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The balloon table's lookup against a plain oracle, its kernels against each other, and the
 // source point's lookups against the tables it hands out.
-#include "BalloonKernel_p.h"
+#include "BalloonKernel.h"
 #include "BalloonTable.h"
 #include "IBalloon.h"
 #include "SourcePointDescriptor.h"
@@ -172,6 +172,13 @@ void tst_BalloonTable::lookupMatchesOracle()
         const Outcome expected = outcome([&] { return oracle(table, f, theta, phi, flushMount); });
         const Outcome actual = outcome([&] { return table.GetValue(f, theta, phi, flushMount); });
         const Outcome viaCell = outcome([&] { return table.GetValue(f, table.GetCell(theta, phi, flushMount)); });
+        // Frequencies between the grid's search their index; f = -1 stands for one far away.
+        const double frequency = f < 0 ? 1e12 : f < 3 ? frequencies[f] * (1 + 0.3 * rng.generateDouble()) : qQNaN();
+        const Outcome searched = outcome([&] { return table.GetValueAtFrequency(frequency, theta, phi, flushMount); });
+        if (f == 3) // no index either
+            QVERIFY(same(searched, outcome([&] { return oracle(table, -1, theta, phi, flushMount); })));
+        else
+            QVERIFY(same(searched, expected));
         if (!same(actual, expected) || !same(viaCell, expected))
             QFAIL(qPrintable(QStringLiteral("f %1 theta %2 phi %3 flush %4: %5 %6, expected %7 %8")
                                  .arg(f).arg(theta, 0, 'g', 17).arg(phi, 0, 'g', 17).arg(flushMount)

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void balloonValueAndPlots();
     void objIsTheClosedCabinet();
     void balloonPackRoundTrip();
+    void validateFindsATruncatedBalloonInAPlugin();
     void validateBalloonFiles_data();
     void validateBalloonFiles();
     void balloonKeyNotThere();
@@ -169,6 +170,18 @@ void tst_Lpsdk::balloonPackRoundTrip()
         ++rows;
     }
     QCOMPARE(rows, 40);
+}
+
+void tst_Lpsdk::validateFindsATruncatedBalloonInAPlugin()
+{
+    const Run run = lpsdk({QStringLiteral("validate"), QStringLiteral("--json"), QStringLiteral("--plugins"), QStringLiteral(LPSDK_BROKEN_PLUGIN_DIR)});
+    QCOMPARE(run.status, 1);
+    bool found = false;
+    for (const QJsonValue &problem : problems(run)) {
+        found = found || (problem[QStringLiteral("key")].toString() == QLatin1String("sourcePoints/0/balloonData/default")
+                          && problem[QStringLiteral("message")].toString().startsWith(QLatin1String("the balloon file \"truncated.bin\": body (byte ")));
+    }
+    QVERIFY2(found, run.out.constData());
 }
 
 void tst_Lpsdk::validateBalloonFiles_data()

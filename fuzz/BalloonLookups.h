@@ -64,6 +64,19 @@ inline void lookUpBalloon(const BalloonTable &table, const uint8_t *data, size_t
                     }
                     if (directThrew != cellThrew || (!directThrew && std::memcmp(&direct, &viaCell, sizeof direct) != 0))
                         std::abort();
+                    // The same through the frequency search in one call, for one direction only:
+                    // unordered frequencies are scanned, and a file may hold millions.
+                    if (f == indexes[2] && theta == thetas[0] && phi == phis[0]) {
+                        bool searchThrew = false;
+                        Complex searched;
+                        try {
+                            searched = table.GetValueAtFrequency(tail[1], theta, phi, flushMount);
+                        } catch (const std::out_of_range &) {
+                            searchThrew = true;
+                        }
+                        if (searchThrew != directThrew || (!directThrew && std::memcmp(&direct, &searched, sizeof direct) != 0))
+                            std::abort();
+                    }
                 }
             }
         }

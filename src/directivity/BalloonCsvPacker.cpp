@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonCsvPacker.h"
 
-#include "BalloonFileReader_p.h"
+#include "BalloonKernel.h"
 
 #include <QFile>
 #include <QIODevice>
@@ -134,7 +134,7 @@ bool BalloonCsvPacker::read(QIODevice *device)
             return fail(line, QStringLiteral("not five numbers: \"%1\"").arg(QString::fromUtf8(content)));
         double phi = fields[2];
         if (m_symmetry != Tolvane::NoSymmetry && m_symmetry != Tolvane::RotationalSymmetry)
-            phi = BalloonFileReader::PhiIndex(phi, m_symmetry, 1.0);
+            phi = BalloonKernel::phiIndex(phi, m_symmetry, 1.0);
         rows.push_back({fields[0], fields[1], phi, fields[3], fields[4], line});
     }
     if (rows.empty())

@@ -216,3 +216,24 @@ std::shared_ptr<const BalloonTable> BalloonFile::Decode(QByteArrayView bytes)
     return std::make_shared<const BalloonTable>(grid, std::move(frequencies), std::move(values), flushMount,
                                                 std::move(flushValues));
 }
+
+QByteArray BalloonFile::Encode(const BalloonFileWriter::Data &data, Tolvane::LoudspeakerDataFormat magnitudeFormat,
+                               Tolvane::LoudspeakerDataFormat phaseFormat, QString *error)
+{
+    BalloonFileWriter writer(magnitudeFormat, phaseFormat);
+    const QByteArray bytes = writer.toByteArray(data);
+    if (error)
+        *error = writer.errorString();
+    return bytes;
+}
+
+bool BalloonFile::Write(const QString &fileName, const BalloonFileWriter::Data &data,
+                        Tolvane::LoudspeakerDataFormat magnitudeFormat, Tolvane::LoudspeakerDataFormat phaseFormat,
+                        QString *error)
+{
+    BalloonFileWriter writer(magnitudeFormat, phaseFormat);
+    const bool written = writer.write(data, fileName);
+    if (error)
+        *error = writer.errorString();
+    return written;
+}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "BalloonFileWriter.h"
 #include "BalloonReadResult.h"
 #include "nvloudspeakerpluginsdk_export.h"
 
@@ -41,4 +42,17 @@ public:
      * size, or declare far more values than the file could hold.
      */
     static std::shared_ptr<const BalloonTable> Decode(QByteArrayView bytes);
+
+    /**
+     * The bytes of a balloon file holding `data`, each value in its format (ByteScaled over the
+     * data's own range); empty, with `error` set when given, for data BalloonFileWriter refuses.
+     * BalloonFileWriter offers fixed ranges and writing to devices.
+     */
+    static QByteArray Encode(const BalloonFileWriter::Data &data,
+                             Tolvane::LoudspeakerDataFormat magnitudeFormat = Tolvane::Double,
+                             Tolvane::LoudspeakerDataFormat phaseFormat = Tolvane::Double, QString *error = nullptr);
+    /// Encode() written atomically to `fileName` (an existing file stays as it was on any error).
+    static bool Write(const QString &fileName, const BalloonFileWriter::Data &data,
+                      Tolvane::LoudspeakerDataFormat magnitudeFormat = Tolvane::Double,
+                      Tolvane::LoudspeakerDataFormat phaseFormat = Tolvane::Double, QString *error = nullptr);
 };

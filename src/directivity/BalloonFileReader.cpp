@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileReader_p.h"
 #include "BalloonFormat.h"
+#include "BalloonKernel.h"
 #include "UpperState.h"
 
 #include <QDataStream>
@@ -317,7 +318,7 @@ std::vector<std::complex<float>> BalloonFileReader::BuildFlushMountTable(const Q
     bool columnValid[2];
     qint64 column[2];
     for (int side = 0; side < 2; ++side) {
-        const double index = std::trunc(PhiIndex(side * 180 + 90, h.symmetry, h.phiStepWidth));
+        const double index = std::trunc(BalloonKernel::phiIndex(side * 180 + 90, h.symmetry, h.phiStepWidth));
         columnValid[side] = std::abs(index) < 4.0e18; // false for NaN and infinities too
         column[side] = columnValid[side] ? qint64(index) : 0;
     }

@@ -88,45 +88,6 @@ public:
     /// Bytes a value of `format` takes in the file: 1, 8, or 0 for unknown codes.
     static int BytesPerValue(int format);
 
-    /// Phi (degrees) reduced to [0, 360), folded by `symmetry` and divided by the step:
-    /// the fractional phi index of the stored grid (0 for rotational symmetry).
-    static double PhiIndex(double phi, int symmetry, double phiStepWidth)
-    {
-        // fmod is exact, but a call; most directions already lie in [0, 360).
-        double p = phi >= 0.0 && phi < 360.0 ? phi : std::fmod(phi, 360.0);
-        if (p < 0)
-            p += 360.0;
-        return TurnPhiIndex(p, symmetry, phiStepWidth);
-    }
-    /// PhiIndex() of a phi in [0, 360).
-    static double TurnPhiIndex(double p, int symmetry, double phiStepWidth)
-    {
-        switch (symmetry) {
-        case Tolvane::HalfSymmetry:
-            if (p > 180.0)
-                p = 360.0 - p;
-            break;
-        case Tolvane::HalfSymmetryRotated:
-            if (p >= 270.0)
-                p -= 270.0;
-            else if (p <= 90.0)
-                p += 90.0;
-            else
-                p = 270.0 - p;
-            break;
-        case Tolvane::QuarterSymmetry:
-            if (p > 180.0)
-                p = 360.0 - p;
-            if (p > 90.0)
-                p = 180.0 - p;
-            break;
-        case Tolvane::RotationalSymmetry:
-            return 0.0;
-        default:
-            break;
-        }
-        return p / phiStepWidth;
-    }
     /// |asin(x)| of the complex arc sine of a real x, in radians.
     static double ArcSineModulus(double x);
 

@@ -1,19 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonTable.h"
 
-#include "BalloonFileReader_p.h"
-#include "BalloonFrequencyIndex_p.h"
-#include "BalloonKernel_p.h"
+#include "BalloonLookup.h"
 
 #include <stdexcept>
 
 using namespace BalloonKernel;
-
-// The frequencies with the index that snaps lookups to them, shared by the tables of one grid.
-struct BalloonTable::Frequencies {
-    QList<double> values;
-    BalloonFrequencyIndex index;
-};
 
 BalloonTable::BalloonTable(const Grid &grid, QList<double> frequencies, std::vector<std::complex<float>> values,
                            std::optional<FlushMountParameters> flushMount,
@@ -29,6 +21,16 @@ BalloonTable::BalloonTable(const Grid &grid, QList<double> frequencies, std::vec
     m_values = std::make_shared<const Values>(std::move(values));
     if (flushMount)
         m_flushMountValues = std::make_shared<const Values>(std::move(flushMountValues));
+    CacheLookupPointers();
+}
+
+void BalloonTable::CacheLookupPointers()
+{
+    m_frequencyData = m_frequencies->values.constData();
+    m_frequencyCount = m_frequencies->values.size();
+    m_frequencyIndex = &m_frequencies->index;
+    m_valueData = m_values->data();
+    m_valueCount = qint64(m_values->size());
 }
 
 BalloonTable::~BalloonTable() = default;
@@ -45,6 +47,7 @@ std::shared_ptr<const BalloonTable> BalloonTable::WithGridOf(const BalloonTable 
         table->m_flushMount = flushMount->m_flushMount;
         table->m_flushMountValues = flushMount->m_flushMountValues;
     }
+    table->CacheLookupPointers();
     return table;
 }
 
@@ -78,49 +81,6 @@ qsizetype BalloonTable::GetFlushMountValueCount() const
     return m_flushMountValues ? qsizetype(m_flushMountValues->size()) : 0;
 }
 
-// The steps of a lookup, inlined into each public entry: exported members would call each other
-// through the procedure linkage table.
-struct BalloonLookup {
-    Q_ALWAYS_INLINE static int Frequency(const BalloonTable &table, double frequency)
-    {
-        const QList<double> &v = table.m_frequencies->values;
-        return table.m_frequencies->index.Find(v.constData(), v.size(), frequency);
-    }
-
-    Q_ALWAYS_INLINE static BalloonCell Cell(const BalloonTable &table, double theta, double phi, bool flushMount)
-    {
-        const BalloonTable::Grid &grid = table.m_grid;
-        BalloonCell cell;
-        cell.flushMount = flushMount && table.m_flushMount;
-        const double t = theta / grid.thetaStepWidth;
-        const double p = cell.flushMount ? flushMountColumn(phi) : BalloonFileReader::PhiIndex(phi, grid.symmetry, grid.phiStepWidth);
-        cell.theta = interpolationIndex(t, cell.thetaFraction);
-        cell.phi = interpolationIndex(p, cell.phiFraction);
-        constexpr double Limit = 2147483648.0; // with a compact grid, no index product overflows
-        cell.plain = !cell.flushMount && t >= 0 && t < Limit && p >= 0 && p < Limit;
-        return cell;
-    }
-
-    // The short way: a plain cell inside the table, with no overflow or per-corner checks and no
-    // roots unless the phases nearly cancel. Everything else takes the checked way, with the same
-    // results where both go.
-    Q_ALWAYS_INLINE static Complex Value(const BalloonTable &table, int frequencyIndex, const BalloonCell &cell)
-    {
-        if (Q_LIKELY(cell.plain && table.m_compactGrid && frequencyIndex >= 0
-                     && frequencyIndex < table.m_frequencies->values.size())) {
-            const qint64 stride = table.m_grid.nv;
-            const qint64 first = (frequencyIndex * qint64(table.m_grid.nh) + cell.theta) * stride + cell.phi;
-            if (Q_LIKELY(first < qint64(table.m_values->size()) - stride - 1)) {
-                const std::complex<float> *values = table.m_values->data() + first;
-                const WeightedSum sum = weightedSum(values, stride, cell.thetaFraction, cell.phiFraction);
-                return Q_LIKELY(sum.keepsPhases) ? sum.value
-                                                 : exactCell(values, stride, cell.thetaFraction, cell.phiFraction);
-            }
-        }
-        return table.GetCheckedValue(frequencyIndex, cell);
-    }
-};
-
 int BalloonTable::FindFrequencyIndex(double frequency) const
 {
     return BalloonLookup::Frequency(*this, frequency);
@@ -138,8 +98,7 @@ Complex BalloonTable::GetValue(int frequencyIndex, const BalloonCell &cell) cons
 
 Complex BalloonTable::GetValueAtFrequency(double frequency, double theta, double phi, bool flushMount) const
 {
-    return BalloonLookup::Value(*this, BalloonLookup::Frequency(*this, frequency),
-                                BalloonLookup::Cell(*this, theta, phi, flushMount));
+    return BalloonLookup::ValueAtFrequency(*this, frequency, theta, phi, flushMount);
 }
 
 Q_NEVER_INLINE Complex BalloonTable::GetCheckedValue(int frequencyIndex, const BalloonCell &cell) const

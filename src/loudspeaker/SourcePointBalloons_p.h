@@ -32,6 +32,8 @@ public:
     /// The table a lookup of `key` reads: with several tables, the first of that key, else the
     /// first table; with one, that table whatever the key. Null before the first file.
     const BalloonTable *Choose(const QString &key) const { return Choose(m_lookups, key); }
+    /// The table of every lookup when there is only one; null otherwise.
+    const BalloonTable *Only() const { return m_lookups.size() == 1 ? m_lookups.front().table.get() : nullptr; }
 
     /// The last file's table, whose grid every lookup uses; null before the first file.
     const BalloonTable *Grid() const { return m_files.empty() ? nullptr : m_files.back().table.get(); }

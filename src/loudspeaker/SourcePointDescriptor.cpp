@@ -2,6 +2,7 @@
 #include "SourcePointDescriptor.h"
 
 #include "BalloonFile.h"
+#include "BalloonLookup.h"
 #include "DspChannelDescriptor.h"
 #include "SourcePointBalloons_p.h"
 #include "UpperState.h"
@@ -161,6 +162,7 @@ bool SourcePointDescriptor::ReadBalloonFile(const QString &key, const QString &p
     const SourcePointBalloons none;
     m_balloons = std::make_shared<const SourcePointBalloons>(
         (m_balloons ? *m_balloons : none).With(key, BalloonFile::Decode(bytes), QFileInfo(path).fileName()));
+    m_onlyTable = m_balloons->Only();
     m_tableCount.fetch_add(1, std::memory_order_release);
     m_balloonDataLoaded.store(true, std::memory_order_release);
     Q_EMIT BalloonDataChanged();
@@ -307,5 +309,6 @@ Complex SourcePointDescriptor::GetBalloonData(const QString &key, double frequen
     ClearUpperState(frequency, theta, phi);
     if (Q_UNLIKELY(!m_balloonDataLoaded.load(std::memory_order_acquire)))
         return Complex(0.0, 0.0);
-    return m_balloons->Choose(key)->GetValueAtFrequency(frequency, theta, GetPhiWithNormalAngle(phi), flushMount);
+    const BalloonTable *table = Q_LIKELY(m_onlyTable) ? m_onlyTable : m_balloons->Choose(key);
+    return BalloonLookup::ValueAtFrequency(*table, frequency, theta, GetPhiWithNormalAngle(phi), flushMount);
 }

@@ -26,8 +26,9 @@ class SourcePointBalloons;
  * time while no read runs. The destructor waits for a running background read.
  *
  * Each file becomes an immutable BalloonTable. A read swaps the point's tables in at once; a read
- * that throws leaves the point as it was, and a table or balloon object handed out stays valid
- * for as long as it is held, across later reads and the point's destruction.
+ * that throws leaves the tables and the grid as they were (the point stays unloaded, as during
+ * any read), and a table or balloon object handed out stays valid for as long as it is held,
+ * across later reads and the point's destruction.
  *
  * Positions are metres, angles degrees, frequencies Hz. A missing balloon resource logs
  * "Balloon data file not found: <name>"; a short or corrupt balloon file is not detected here
@@ -165,6 +166,7 @@ private:
     QMap<QString, DspChannelDescriptor *> m_dspChannels;
 
     std::shared_ptr<const SourcePointBalloons> m_balloons; // replaced whole by each read
+    const BalloonTable *m_onlyTable = nullptr; // of m_balloons, when it has one table: no key to compare
     std::atomic<int> m_tableCount{0};
     std::atomic<bool> m_balloonDataLoaded{false};
     QFuture<void> m_backgroundRead;

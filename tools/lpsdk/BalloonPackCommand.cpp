@@ -115,10 +115,10 @@ int runBalloonPack(const CommandContext &context)
     const Imported imported = import(context.arguments.first(), options);
 
     const Tolvane::LoudspeakerDataFormat encoding = format == QLatin1String("byte") ? Tolvane::ByteScaled : Tolvane::Double;
-    BalloonFileWriter writer(encoding, encoding);
     const QString output = parser.value(QStringLiteral("output"));
-    if (!writer.write(imported.data, output))
-        dataError(QStringLiteral("cannot write the balloon file: ") + writer.errorString());
+    QString error;
+    if (!BalloonFile::Write(output, imported.data, encoding, encoding, &error))
+        dataError(QStringLiteral("cannot write the balloon file: ") + error);
 
     Output &out = context.output;
     out.field(QStringLiteral("input"), QStringLiteral("input"), context.arguments.first());

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The arithmetic of one balloon lookup, shared by the table's short and checked ways (and
-// tested on its own): cell indexes, bilinear weights and the cancellation rule.
+// Internal to the library (not installed). The arithmetic of one balloon lookup, shared by the
+// table's short and checked ways and tested on its own: phi folding, cell indexes, bilinear
+// weights and the cancellation rule.
 
 #include "Complex.h"
+#include "Tolvane.h"
 
 #include <QtGlobal>
 
@@ -16,6 +18,47 @@
 #endif
 
 namespace BalloonKernel {
+
+// Phi (degrees) in [0, 360) folded by `symmetry` and divided by the step: the fractional phi
+// index of the stored grid (0 for rotational symmetry; unknown symmetries leave phi unfolded).
+inline double turnPhiIndex(double p, int symmetry, double phiStepWidth)
+{
+    switch (symmetry) {
+    case Tolvane::HalfSymmetry:
+        if (p > 180.0)
+            p = 360.0 - p;
+        break;
+    case Tolvane::HalfSymmetryRotated:
+        if (p >= 270.0)
+            p -= 270.0;
+        else if (p <= 90.0)
+            p += 90.0;
+        else
+            p = 270.0 - p;
+        break;
+    case Tolvane::QuarterSymmetry:
+        if (p > 180.0)
+            p = 360.0 - p;
+        if (p > 90.0)
+            p = 180.0 - p;
+        break;
+    case Tolvane::RotationalSymmetry:
+        return 0.0;
+    default:
+        break;
+    }
+    return p / phiStepWidth;
+}
+
+// turnPhiIndex() of any phi, reduced to [0, 360) first.
+inline double phiIndex(double phi, int symmetry, double phiStepWidth)
+{
+    // fmod is exact, but a call; most directions already lie in [0, 360).
+    double p = phi >= 0.0 && phi < 360.0 ? phi : std::fmod(phi, 360.0);
+    if (p < 0)
+        p += 360.0;
+    return turnPhiIndex(p, symmetry, phiStepWidth);
+}
 
 // Integer part of a grid coordinate; beyond +-2^62 (and NaN) saturates, which always lies
 // outside any table.
