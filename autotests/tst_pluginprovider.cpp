@@ -3,6 +3,7 @@
 #include "LoudspeakerDescriptorProvider.h"
 #include "LoudspeakerSeries_Interface.h"
 #include "PluginProvider.h"
+#include "Plugin_Interface.h"
 #include "RiggingHardwareDescriptor.h"
 #include "RiggingHardwareDescriptorProvider.h"
 #include "TestHelpers.h"
@@ -12,6 +13,7 @@
 #include <QFileInfo>
 #include <QLibrary>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QThread>
 
 namespace {
@@ -234,6 +236,74 @@ private Q_SLOTS:
         QVERIFY(reloaded);
         QCOMPARE(reloaded->GetLoudspeakerSeries(), provider.GetPlugin(QStringLiteral("Full Series")));
         loudspeakers->RemoveLoudspeakerDescriptor(&keeper);
+    }
+
+    void loadResults_data()
+    {
+        QTest::addColumn<QString>("baseName");
+        QTest::addColumn<bool>("loaded");
+        QTest::addColumn<QString>("error"); // a part of the error string
+        QTest::addColumn<QStringList>("registered"); // series, then loudspeakers, then riggings
+        QTest::newRow("complete plugin") << QStringLiteral("libfullseries") << true << QString()
+                                         << QStringList{QStringLiteral("Full Series"), QStringLiteral("Full Loudspeaker"), QStringLiteral("Full Frame")};
+        QTest::newRow("plugin registering no descriptor") << QStringLiteral("libequalorderA") << true << QString() << QStringList{QStringLiteral("Equal A")};
+        QTest::newRow("root object lacks an interface") << QStringLiteral("libseriesonly") << false
+                                                        << QStringLiteral("does not implement " Plugin_Interface_iid) << QStringList();
+        QTest::newRow("library without plugin") << QStringLiteral("libplainlibrary") << false << QStringLiteral("is not a Qt plugin") << QStringList();
+    }
+
+    void loadResults()
+    {
+        QFETCH(QString, baseName);
+        QFETCH(bool, loaded);
+        QFETCH(QString, error);
+        QFETCH(QStringList, registered);
+        const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/Plugins");
+        QVERIFY(provider.GetPluginLoadResults().isEmpty());
+        provider.LoadPlugins(folder + QStringLiteral("/."));
+
+        const QList<PluginLoadResult> results = provider.GetPluginLoadResults();
+        QCOMPARE(results.size(), 5); // every library file, not the readme
+        const auto found = std::find_if(results.cbegin(), results.cend(), [&](const PluginLoadResult &r) { return QFileInfo(r.fileName).baseName() == baseName; });
+        QVERIFY(found != results.cend());
+        QCOMPARE(QFileInfo(found->fileName).absolutePath(), folder);
+        QVERIFY(QFileInfo(found->fileName).isAbsolute());
+        QCOMPARE(found->loaded, loaded);
+        QVERIFY2(found->errorString.contains(error) && found->errorString.isEmpty() == error.isEmpty(), qPrintable(found->errorString));
+        QCOMPARE(found->series + found->loudspeakers + found->riggings, registered);
+        QCOMPARE(provider.GetPluginDirectory(), folder);
+
+        // Loading the folder again, as a second host object in the process would, loads
+        // nothing twice and reports the same outcome.
+        provider.LoadPlugins(folder);
+        const QList<PluginLoadResult> again = provider.GetPluginLoadResults();
+        QCOMPARE(again.size(), results.size());
+        for (qsizetype i = 0; i < again.size(); ++i) {
+            QCOMPARE(again.at(i).fileName, results.at(i).fileName);
+            QCOMPARE(again.at(i).loaded, results.at(i).loaded);
+            QCOMPARE(again.at(i).loudspeakers, results.at(i).loudspeakers);
+        }
+        QCOMPARE(provider.GetPlugins(Tolvane::AllSources).size(), 3);
+    }
+
+    void namesakeInAnotherFolderIsNotLoaded()
+    {
+        QTemporaryDir other;
+        const QString copy = other.filePath(QStringLiteral("libfullseries.so"));
+        QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + QStringLiteral("/Plugins/libfullseries.so"), copy));
+        provider.LoadPlugins();
+        provider.LoadPlugins(other.path());
+
+        const QList<PluginLoadResult> results = provider.GetPluginLoadResults();
+        QCOMPARE(results.size(), 1);
+        QCOMPARE(results.at(0).fileName, copy);
+        QVERIFY(!results.at(0).loaded);
+        QCOMPARE(results.at(0).errorString, QStringLiteral("a plugin library with the base name \"libfullseries\" was loaded before"));
+        QCOMPARE(provider.GetPlugins(Tolvane::AllSources).size(), 3);
+
+        provider.Clear();
+        QVERIFY(provider.GetPluginLoadResults().isEmpty());
+        QCOMPARE(provider.GetPluginDirectory(), QCoreApplication::applicationDirPath() + QStringLiteral("/Plugins"));
     }
 
     void cleanupTestCase() { provider.Clear(); }

@@ -31,6 +31,7 @@
 #include "LoudspeakerDescriptorProvider.h"
 #include "LoudspeakerDescriptor_Interface.h"
 #include "LoudspeakerSeries_Interface.h"
+#include "PluginLoadResult.h"
 #include "PluginProvider.h"
 #include "Plugin_Interface.h"
 #include "RiggingHardwareDescriptorProvider.h"

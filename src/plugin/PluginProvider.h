@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "PluginLoadResult.h"
 #include "SourcePointDescriptor_Interface.h"
 #include "Tolvane.h"
 #include "nvloudspeakerpluginsdk_export.h"
@@ -19,11 +20,13 @@ class RiggingHardwareDescriptorProvider;
 
 /**
  * The entry point of the SDK: a process-wide singleton that loads the loudspeaker-series
- * plugins found in the "Plugins" folder beside the application, hands each of them the two
- * descriptor registries, and lists the loaded series per source group.
+ * plugins of a folder (by default "Plugins" beside the application), hands each of them the
+ * two descriptor registries, lists the loaded series per source group, and keeps what became
+ * of each library file.
  *
- * Typical use: GetInstance(), optionally SetBalloonDataReadMode(), LoadPlugins() (or
- * LoadPlugin() by name), then GetPlugins()/GetPlugin() and the registries.
+ * Typical use: GetInstance(), optionally SetBalloonDataReadMode(), LoadPlugins() or
+ * LoadPlugins(folder) (or LoadPlugin() by name), then GetPluginLoadResults(),
+ * GetPlugins()/GetPlugin() and the registries.
  *
  * Use from one thread at a time; only GetInstance() may be called from any thread.
  * LoadPlugins() creates the plugins' root objects in parallel on the global thread pool,
@@ -44,11 +47,31 @@ public:
      */
     void LoadPlugins();
     /**
-     * Loads the one plugin library whose base name (no folder, no suffixes) is `fileName`,
-     * synchronously. Does nothing if that name was taken in already; a file that failed
-     * to load may be tried again.
+     * The same as LoadPlugins(), for the folder `directory` of the host's choice (an empty
+     * string names the default folder). It becomes the plugin folder of later LoadPlugin()
+     * calls and of GetPluginDirectory().
+     *
+     * Calling it again is safe, for the same or another folder: files whose base name was
+     * taken in before are not loaded twice (their result is the earlier one, or, for a file
+     * of another folder, not loaded with the reason), and what the earlier loads registered
+     * stays registered. A missing folder lists no files and gives no results.
+     */
+    void LoadPlugins(const QString &directory);
+    /**
+     * Loads the one plugin library of the plugin folder whose base name (no folder, no
+     * suffixes) is `fileName`, synchronously. Does nothing if that name was taken in already;
+     * a file that failed to load may be tried again.
      */
     void LoadPlugin(const QString &fileName);
+
+    /**
+     * One result per library file of the last LoadPlugins() (in the folder's listing order),
+     * or the one file of the last LoadPlugin() that found its file. Files that are no
+     * libraries have no result. Empty before the first load and after Clear().
+     */
+    QList<PluginLoadResult> GetPluginLoadResults() const;
+    /// Absolute path of the folder last loaded, or of the default folder before any load.
+    QString GetPluginDirectory() const;
 
     /// The series of a source group, lowest order number first (later registrations first among equals).
     /// Groups 0 and 5, and groups that never received a plugin, are served from group 4.
@@ -62,7 +85,8 @@ public:
     RiggingHardwareDescriptorProvider *GetRiggingHardwareDescriptorProvider() const;
 
     /**
-     * Unloads and forgets every plugin and resets the balloon read mode. The registries are
+     * Unloads and forgets every plugin and its load result, and resets the plugin folder to
+     * the default and the balloon read mode. The registries are
      * not emptied, but descriptors owned by an unloaded plugin are destroyed with its root
      * object: their entries then read as null, and a reloaded plugin can register again.
      */
@@ -85,11 +109,10 @@ private:
     PluginProvider();
     ~PluginProvider() override;
 
-    QString GetPluginDirectory();
-    QStringList ListPluginDirectory();
+    QStringList ListPluginDirectory() const;
     bool IsLibraryFile(const QString &path) const;
     void LoadPluginData(const QString &path);
-    void LoadPluginData(QPluginLoader *loader);
+    void LoadPluginData(QPluginLoader *loader, const QString &path);
 
     static PluginProvider *m_instance;
     static QMutex m_instanceAccessSynchronisation;
@@ -97,6 +120,9 @@ private:
     QList<QString> m_loadedPluginFileNames;
     QMap<Tolvane::SourceGroupType, QMultiMap<int, LoudspeakerSeries_Interface *>> m_pluginsBySourceGroup;
     QList<QPluginLoader *> m_pluginLoaders;
+    QString m_pluginDirectory; // empty: the default folder
+    QMap<QString, PluginLoadResult> m_loadResults; // by absolute path, every file tried since Clear()
+    QStringList m_lastLoadFiles;
     SourcePointDescriptor_Interface::ReadBalloonDataMode m_balloonDataReadMode = SourcePointDescriptor_Interface::Asynchronous;
     LoudspeakerDescriptorProvider *m_loudspeakerDescriptorProvider = nullptr;
     RiggingHardwareDescriptorProvider *m_riggingHardwareDescriptorProvider = nullptr;
