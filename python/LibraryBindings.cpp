@@ -9,6 +9,7 @@
 #include "PluginProvider.h"
 #include "RiggingHardwareDescriptor.h"
 #include "RiggingHardwareDescriptorProvider.h"
+#include "SourcePointDescriptor.h"
 
 #include <QDir>
 
@@ -67,7 +68,7 @@ public:
                                     .arg(name, known.isEmpty() ? QStringLiteral("none") : known.join(QStringLiteral(", ")))
                                     .toStdString());
         }
-        return Loudspeaker{descriptor};
+        return Loudspeaker{descriptor, nullptr};
     }
 
     Loudspeaker readLoudspeaker(const QString &json, const QString &name) const
