@@ -84,12 +84,11 @@ py::tuple transferFunction(const Channel &c, const std::optional<int> &setup, co
     const QList<double> frequencies = channel->GetFrequencyVector(range);
     py::array_t<std::complex<double>> values(frequencies.size());
     std::complex<double> *out = values.mutable_data();
-    {
-        py::gil_scoped_release release;
-        for (int i = 0; i < frequencies.size(); ++i) {
-            const Complex h = channel->GetTransferFunction(range, i, key, settings, Tolvane::SensitivityTypes(sensitivity), apEq);
-            out[i] = {h.real(), h.imag()};
-        }
+    // The GIL stays held: coupling filters come from the process-wide provider and its SQL
+    // connection, which are not made for parallel callers.
+    for (int i = 0; i < frequencies.size(); ++i) {
+        const Complex h = channel->GetTransferFunction(range, i, key, settings, Tolvane::SensitivityTypes(sensitivity), apEq);
+        out[i] = {h.real(), h.imag()};
     }
     return py::make_tuple(py::array_t<double>(frequencies.size(), frequencies.constData()), values);
 }
