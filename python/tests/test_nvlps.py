@@ -21,6 +21,7 @@ def random_queries(balloon, rng, n=4000):
     top = (balloon.nh - 1) * balloon.theta_step
     theta = np.concatenate([rng.uniform(0, top, n // 2), rng.integers(0, balloon.nh, n // 2) * balloon.theta_step])
     phi = np.concatenate([rng.uniform(-720, 720, n // 2), rng.integers(-72, 72, n // 2) * 5.0])
+    theta[:3], phi[3:6] = np.nan, [np.nan, np.inf, -np.inf]  # no corner gets a weight: 0
     return f, theta, phi
 
 
@@ -115,11 +116,40 @@ def test_packed_balloon_reads_back(tmp_path, fmt, tolerance_db, tolerance_deg):
     np.testing.assert_array_equal(b.lookup(1000.0, 30.0, 360 - phi[1:]), b.values[1, 3, 1:])
 
 
-def test_transfer_function_matches_lpsdk(lib, lpsdk, plugins):
-    freqs, h = lib.loudspeaker("DS-L12").source_points[0].channel().transfer_function(switches={4: 14})
-    out = subprocess.run([lpsdk, "transfer", "DS-L12", "--switch", "4=14", "--json", "--plugins", plugins],
+# The other host on the same library: its rounded output is the oracle of setup, grid, switch and
+# sensitivity handling (coupling switches left out sit at 0 dB in both).
+@pytest.mark.parametrize("args,kwargs,count,level_key,reference", [
+    (["DS-L12", "--switch", "4=14"], dict(switches={4: 14}), 249, "magnitude_dB", 1.0),
+    (["DS-L12", "--setup", "2", "--linear", "--ap-eq"], dict(setup=2, grid="linear", ap_eq=True), 1025, "magnitude_dB", 1.0),
+    (["DS-P8", "--sensitivity", "1", "--switch", "1=1"], dict(sensitivity=1, switches={1: 1}), 249, "level_dB_SPL", 2e-5),
+])
+def test_transfer_function_matches_lpsdk(lib, lpsdk, plugins, args, kwargs, count, level_key, reference):
+    freqs, h = lib.loudspeaker(args[0]).source_points[0].channel().transfer_function(**kwargs)
+    out = subprocess.run([lpsdk, "transfer", *args, "--json", "--plugins", plugins],
                          check=True, capture_output=True, text=True).stdout
     points = json.loads(out)["points"]
-    assert len(points) == len(freqs) == 249
+    assert len(points) == len(freqs) == count
     np.testing.assert_allclose([p["frequency_Hz"] for p in points], freqs, atol=0.005)
-    np.testing.assert_allclose([p["magnitude_dB"] for p in points], 20 * np.log10(np.abs(h)), atol=0.0005)
+    with np.errstate(divide="ignore"):
+        level = 20 * np.log10(np.abs(h) / reference)
+    finite = np.isfinite(level)
+    assert [p[level_key] is not None for p in points] == list(finite)
+    np.testing.assert_allclose([p[level_key] for p in points if p[level_key] is not None], level[finite], atol=0.0005)
+
+
+def test_parallel_lookups_agree(lib):
+    """Lookups run without the GIL: threads share the tables and must see the same values."""
+    from concurrent.futures import ThreadPoolExecutor
+    sp = lib.loudspeaker("DS-L12").source_points[0]
+    f, theta, phi = random_queries(sp.balloon(), np.random.default_rng(11), 200_000)
+    expected = sp.lookup(f, theta, phi)
+    with ThreadPoolExecutor(4) as pool:
+        for result in pool.map(lambda key: sp.lookup(f, theta, phi), range(8)):
+            np.testing.assert_array_equal(result, expected)
+
+
+def test_read_balloon_reads_what_the_source_point_reads(lib):
+    b = nvlps.read_balloon(":/Resources/DS-M12.bin")  # the plugin's resource, once loaded
+    np.testing.assert_array_equal(b.values, lib.loudspeaker("DS-M12").source_points[0].balloon().values)
+    with pytest.raises(ValueError, match="missing.bin"):
+        nvlps.read_balloon(":/Resources/missing.bin")
