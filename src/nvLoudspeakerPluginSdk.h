@@ -39,9 +39,16 @@
 #include "SourcePointDescriptor_Interface.h"
 #include "Tolvane.h"
 
-// Loudspeakers
+// Directivity
+#include "BalloonCell.h"
 #include "BalloonCsvPacker.h"
+#include "BalloonFile.h"
 #include "BalloonFileWriter.h"
+#include "BalloonProblem.h"
+#include "BalloonReadResult.h"
+#include "BalloonTable.h"
+
+// Loudspeakers
 #include "LoudspeakerDescriptor.h"
 #include "LoudspeakerDescriptorFileKeys.h"
 #include "SourcePointDescriptor.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Complex.h"
-#include "UpperState_p.h"
+#include "UpperState.h"
 
 #include <QtGlobal>
 

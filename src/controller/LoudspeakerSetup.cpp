@@ -6,7 +6,7 @@
 #include "FrequencyVectors.h"
 #include "JsonFileLoader.h"
 #include "LoudspeakerSetupReader_p.h"
-#include "UpperState_p.h"
+#include "UpperState.h"
 #include "Vocabulary.h"
 
 #include <QFileInfo>

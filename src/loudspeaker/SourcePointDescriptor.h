@@ -10,10 +10,10 @@
 #include <atomic>
 #include <complex>
 #include <memory>
-#include <vector>
 
-class BalloonFrequencyIndex;
+class BalloonTable;
 class DspChannelDescriptor;
+class SourcePointBalloons;
 
 /**
  * One acoustic source point of a loudspeaker model: placement per mounting, the DSP channel
@@ -25,9 +25,13 @@ class DspChannelDescriptor;
  * once IsBalloonDataLoaded() is true or the signal has arrived, and only from one thread at a
  * time while no read runs. The destructor waits for a running background read.
  *
+ * Each file becomes an immutable BalloonTable. A read swaps the point's tables in at once; a read
+ * that throws leaves the point as it was, and a table or balloon object handed out stays valid
+ * for as long as it is held, across later reads and the point's destruction.
+ *
  * Positions are metres, angles degrees, frequencies Hz. A missing balloon resource logs
- * "Balloon data file not found: <name>"; a short or corrupt balloon file is not detected (values
- * past its end read as zeros), so check files before shipping them.
+ * "Balloon data file not found: <name>"; a short or corrupt balloon file is not detected here
+ * (values past its end read as zeros): BalloonFile::Read() and `lpsdk validate` find it.
  */
 class NVLPS_EXPORT SourcePointDescriptor : public QObject, public SourcePointDescriptor_Interface
 {
@@ -73,19 +77,33 @@ public:
     QString GetSwitchDescription(int switchId, Tolvane::Mounting mounting) override;
     QMap<int, QString> GetSwitchValues(int switchId, Tolvane::Mounting mounting) override;
 
-    int GetNH() const override { return m_nh; }
-    int GetNV() const override { return m_nv; }
-    double GetThetaStepWidth() const override { return m_thetaStepWidth; }
-    double GetPhiStepWidth() const override { return m_phiStepWidth; }
+    /// The grid of the last balloon file read; 0 before the first.
+    int GetNH() const override;
+    int GetNV() const override;
+    double GetThetaStepWidth() const override;
+    double GetPhiStepWidth() const override;
     Tolvane::LoudspeakerSymmetry GetSymmetry() override;
     bool HasFlushMountAttenuation() const override { return m_flushMountAttenuation; }
-    QList<double> GetFrequencyVector() override { return m_frequencies; }
+    /// The frequencies of the last balloon file read (Hz); empty before the first.
+    QList<double> GetFrequencyVector() override;
     /// True when Read() found at least one listed balloon file that exists and is not empty.
     bool HasBalloonFiles() const { return m_hasBalloonFiles; }
 
     QString GetBalloonDataKey(double value) override;
     QString GetBalloonDataFilename(const QString &key) override;
+    /// The balloon object of the key's last file, which keeps its table alive; null when none.
     std::shared_ptr<const nvScientificComputing::IBalloon> GetBalloon(const QString &key) override;
+
+    /**
+     * The table that GetBalloonData() reads for `key`, null when no file of that key is loaded.
+     * GetBalloonData(key, f, theta, phi, fm) equals, bit for bit and in what it throws,
+     * table->GetValue(table->FindFrequencyIndex(f), theta, GetPhiWithNormalAngle(phi), fm).
+     * When the point's files hold different grids, the table carries the grid and frequencies of
+     * the last file read, as every lookup of the point does.
+     */
+    std::shared_ptr<const BalloonTable> GetBalloonTable(const QString &key) const;
+    /// The keys with a loaded table, in the order they were first read.
+    QStringList GetBalloonKeys() const;
 
     /**
      * Bilinear interpolation of the balloon `key` (or the flush-mount table when `flushMount`
@@ -131,21 +149,9 @@ Q_SIGNALS:
     void BalloonDataChanged();
 
 private:
-    struct Table {
-        QString key;
-        std::vector<std::complex<float>> values;
-    };
-
     void ReadBalloonDataFromMap();
     void WaitForBackgroundRead();
     bool ReadBalloonFile(const QString &key, const QString &path);
-    const Table *ChooseTable(const QString &key, bool flushMount) const;
-    struct Lookup; // the short way of GetBalloonData(), for cells inside a table
-    /// GetBalloonData() of a loaded point with the table chosen by key and the frequency searched.
-    Complex GetSearchedBalloonData(const QString &key, double frequency, double theta, double phi, bool flushMount) const;
-    /// GetBalloonData() of a loaded point with every index checked.
-    Complex GetCheckedBalloonData(const QString &key, double frequency, double theta, double phi,
-                                  bool flushMount) const;
 
     QString m_name;
     QMap<QString, Point> m_origins;
@@ -159,23 +165,8 @@ private:
     bool m_hasBalloonFiles = false;
     QMap<QString, DspChannelDescriptor *> m_dspChannels;
 
-    qint32 m_nh = 0;
-    qint32 m_nv = 0;
-    bool m_compactGrid = false; // NH, NV >= 0 and F * NH < 2^31: lookups may skip overflow checks
-    double m_thetaStepWidth = 0.0;
-    double m_phiStepWidth = 0.0;
-    int m_symmetryValue = 0; // as stored: files may hold any 32-bit value
-    int m_magnitudeFormat = 0;
-    int m_phaseFormat = 0;
-    bool m_fileHasFlushMount = false;
-    double m_flushMount[6] = {};
-    QList<double> m_frequencies;
-    std::unique_ptr<BalloonFrequencyIndex> m_frequencyIndex; // snaps lookups to m_frequencies
-    std::vector<Table> m_tables;
-    std::vector<Table> m_flushTables;
+    std::shared_ptr<const SourcePointBalloons> m_balloons; // replaced whole by each read
     std::atomic<int> m_tableCount{0};
-    QMap<QString, std::shared_ptr<const nvScientificComputing::IBalloon>> m_balloons;
-    QMap<QString, QString> m_balloonFileNames;
     std::atomic<bool> m_balloonDataLoaded{false};
     QFuture<void> m_backgroundRead;
     std::atomic<bool> m_backgroundReadDone{true};

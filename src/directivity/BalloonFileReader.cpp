@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "BalloonFileReader_p.h"
-#include "UpperState_p.h"
+#include "UpperState.h"
 
 #include <QDataStream>
 #include <QtEndian>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+// Internal to the library's hot paths (any folder may use it); not installed.
+
 /*
  * ClearUpperState() zeroes the upper halves of the vector registers where the CPU has them.
  * The hot paths call it on entry: code that ran before them (the C library's AVX-512 string
