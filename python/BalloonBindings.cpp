@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // nvlps.Balloon, read_balloon and pack_balloon: balloon tables as numpy arrays, and back to files.
+#include "ArrayWalk.h"
 #include "Bindings.h"
 
 #include "BalloonFile.h"
