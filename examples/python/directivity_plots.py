@@ -43,10 +43,12 @@ def polar_diagram(point, name, path):
     ax.set_theta_zero_location("N")  # on axis at the top, the loudspeaker's left on the left
     for f, level in zip(frequencies, levels):
         ax.plot(np.radians(angles), np.maximum(level, -40), linewidth=2, label=f"{f:g} Hz")
+    ticks = np.arange(0, 360, 30)
+    ax.set_thetagrids(ticks, [f"{t if t <= 180 else t - 360}°" + {90: " left", 270: " right"}.get(t, "") for t in ticks])
     ax.set_rlim(-40, 3)
     ax.set_rticks([-30, -20, -10, -6, -3, 0])
     ax.set_rlabel_position(200)
-    ax.set_title(f"{name}: horizontal polar diagram\nlevel re on axis (dB); left is left", pad=20)
+    ax.set_title(f"{name}: horizontal polar diagram, seen from above\nlevel re on axis (dB), angle off axis", pad=20)
     ax.legend(loc="lower right", bbox_to_anchor=(1.12, -0.08))
     fig.savefig(path, dpi=100, bbox_inches="tight")
     plt.close(fig)
