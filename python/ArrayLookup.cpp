@@ -84,57 +84,53 @@ py::object lookupArray(const BalloonTable &table, const SourcePointDescriptor *p
     const Doubles t = doubles(theta, "theta");
     const Doubles p = doubles(phi, "phi");
     const Shape directions = broadcastShape(shapeOf(t), shapeOf(p));
-    const Shape frequencies = shapeOf(f);
-    const Shape shape = broadcastShape(frequencies, directions);
+    const Shape shape = broadcastShape(shapeOf(f), directions);
     py::array_t<std::complex<double>> result(shape);
-
     const double *fs = f.data();
     const double *ts = t.data();
     const double *ps = p.data();
     std::complex<double> *out = result.mutable_data();
-    std::vector<BalloonCell> cells;
-    std::vector<int> indices(f.size());
-    std::vector<double> cellTheta, cellPhi; // for the message when a cell lies outside the table
+    const auto cellOf = [&](py::ssize_t at, py::ssize_t ap) {
+        return table.GetCell(ts[at], point ? point->GetPhiWithNormalAngle(ps[ap]) : ps[ap], flushMount);
+    };
+    std::array<py::ssize_t, 4> failedAt{};
     py::ssize_t failed = -1;
-    py::ssize_t failedCell = 0;
-    py::ssize_t failedFrequency = 0;
     std::string error;
     {
         py::gil_scoped_release release;
-        py::ssize_t count = 1;
-        for (py::ssize_t extent : directions)
-            count *= extent;
-        cells.reserve(count);
-        cellTheta.reserve(count);
-        cellPhi.reserve(count);
-        walk<2>(directions, {broadcastStrides(shapeOf(t), directions), broadcastStrides(shapeOf(p), directions)},
-                [&](const std::array<py::ssize_t, 2> &at, py::ssize_t) {
-                    const double phiAsked = point ? point->GetPhiWithNormalAngle(ps[at[1]]) : ps[at[1]];
-                    cells.push_back(table.GetCell(ts[at[0]], phiAsked, flushMount));
-                    cellTheta.push_back(ts[at[0]]);
-                    cellPhi.push_back(ps[at[1]]);
-                });
+        std::vector<int> indices(f.size());
         for (std::size_t i = 0; i < indices.size(); ++i)
             indices[i] = table.FindFrequencyIndex(fs[i]);
+        const auto store = [&](const std::array<py::ssize_t, 4> &at, py::ssize_t n, const BalloonCell &cell) {
+            try {
+                const Complex value = table.GetValue(indices[at[0]], cell);
+                out[n] = {value.real(), value.imag()};
+            } catch (const std::out_of_range &) {
+                failed = n;
+                failedAt = at;
+                throw;
+            }
+        };
+        const std::array<std::vector<py::ssize_t>, 4> strides{broadcastStrides(shapeOf(f), shape), broadcastStrides(shapeOf(t), shape),
+                                                             broadcastStrides(shapeOf(p), shape), broadcastStrides(directions, shape)};
         try {
-            walk<2>(shape, {broadcastStrides(frequencies, shape), broadcastStrides(directions, shape)},
-                    [&](const std::array<py::ssize_t, 2> &at, py::ssize_t n) {
-                        try {
-                            const Complex value = table.GetValue(indices[at[0]], cells[at[1]]);
-                            out[n] = {value.real(), value.imag()};
-                        } catch (const std::out_of_range &) {
-                            failed = n;
-                            failedFrequency = at[0];
-                            failedCell = at[1];
-                            throw;
-                        }
-                    });
+            if (result.size() == elementCount(directions)) {
+                // Every direction asked once: nothing to share, so no cells are kept.
+                walk<4>(shape, strides, [&](const std::array<py::ssize_t, 4> &at, py::ssize_t n) { store(at, n, cellOf(at[1], at[2])); });
+            } else {
+                // Directions asked at several frequencies: each cell is found once.
+                std::vector<BalloonCell> cells;
+                cells.reserve(elementCount(directions));
+                walk<2>(directions, {broadcastStrides(shapeOf(t), directions), broadcastStrides(shapeOf(p), directions)},
+                        [&](const std::array<py::ssize_t, 2> &at, py::ssize_t) { cells.push_back(cellOf(at[0], at[1])); });
+                walk<4>(shape, strides, [&](const std::array<py::ssize_t, 4> &at, py::ssize_t n) { store(at, n, cells[at[3]]); });
+            }
         } catch (const std::out_of_range &e) {
             error = e.what();
         }
     }
     if (failed >= 0)
-        throwOutside(error, failed, shape, fs[failedFrequency], cellTheta[failedCell], cellPhi[failedCell]);
+        throwOutside(error, failed, shape, fs[failedAt[0]], ts[failedAt[1]], ps[failedAt[2]]);
     return shape.empty() ? py::cast(out[0]) : py::object(std::move(result));
 }
 

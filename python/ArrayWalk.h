@@ -10,6 +10,14 @@ namespace nvlps {
 
 using Shape = std::vector<pybind11::ssize_t>;
 
+inline pybind11::ssize_t elementCount(const Shape &shape)
+{
+    pybind11::ssize_t count = 1;
+    for (pybind11::ssize_t extent : shape)
+        count *= extent;
+    return count;
+}
+
 /// The numpy broadcast of two shapes; ValueError when they do not broadcast.
 Shape broadcastShape(const Shape &a, const Shape &b);
 
@@ -24,9 +32,7 @@ std::vector<pybind11::ssize_t> broadcastStrides(const Shape &shape, const Shape 
 template<std::size_t N, typename Fn>
 void walk(const Shape &shape, const std::array<std::vector<pybind11::ssize_t>, N> &strides, Fn &&fn)
 {
-    pybind11::ssize_t total = 1;
-    for (pybind11::ssize_t extent : shape)
-        total *= extent;
+    const pybind11::ssize_t total = elementCount(shape);
     if (total == 0)
         return;
     const std::size_t axes = shape.size();

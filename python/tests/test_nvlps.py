@@ -85,6 +85,8 @@ def test_errors_carry_the_library_messages(lib, tmp_path):
     top = b.frequencies[-1]
     with pytest.raises(IndexError, match=r"at \(1\): frequency .* theta 185"):
         sp.lookup(top, [10.0, 185.0], 0.0)
+    with pytest.raises(IndexError, match=r"at \(1, 0\): frequency .* theta 185"):
+        sp.lookup([top, top], [[10.0], [185.0]], 0.0)  # cells shared across frequencies
     with pytest.raises(IndexError):
         sp.lookup_per_call(top, 185.0, 0.0)
     bad = tmp_path / "short.bin"
