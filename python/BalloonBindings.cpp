@@ -156,7 +156,7 @@ loudspeaker's left, p * phi_step of the stored part of the circle (see symmetry)
 and `phi` (degrees, 0, s, 2s, ...; phi the stored part of the circle, its closing column
 included: 0 ... 360 for NoSymmetry). `format` "double" stores magnitude and phase exactly,
 "byte" one byte each over the data's range. ValueError for a grid or values the file cannot
-hold; an existing file stays as it was then.)");
+hold (a zero value has no level in dB); an existing file stays as it was then.)");
 }
 
 } // namespace nvlps

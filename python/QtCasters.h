@@ -14,8 +14,15 @@ template<>
 struct type_caster<QString> {
     PYBIND11_TYPE_CASTER(QString, const_name("str"));
 
-    bool load(handle source, bool)
+    bool load(handle source, bool convert)
     {
+        // Paths may come as pathlib objects.
+        if (source && convert && !PyUnicode_Check(source.ptr()) && PyObject_HasAttrString(source.ptr(), "__fspath__")) {
+            const object path = reinterpret_steal<object>(PyOS_FSPath(source.ptr()));
+            if (!path)
+                PyErr_Clear();
+            return path && load(path, false);
+        }
         if (!source || !PyUnicode_Check(source.ptr()))
             return false;
         Py_ssize_t size = 0;

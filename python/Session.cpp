@@ -9,13 +9,26 @@
 
 #include <pybind11/pybind11.h>
 
-#include <memory>
-
 namespace nvlps::Session {
 
 namespace {
+
 const QString connectionName = QStringLiteral("nvRemoteDriverDatabase");
+const QString probeName = QStringLiteral("nvlps-probe");
+
+// Opens `path` read-only under `name`; true when it holds a CplFilter table. Leaves the connection registered.
+bool open(const QString &name, const QString &path)
+{
+    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+    database.setDatabaseName(path);
+    database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+    const bool ok = database.open() && database.tables().contains(QStringLiteral("CplFilter"));
+    if (name == probeName)
+        database.close();
+    return ok;
 }
+
+} // namespace
 
 void ensureApplication()
 {
@@ -35,28 +48,21 @@ void openCouplingTable(const QString &file)
     QString path = file;
     if (path.isEmpty()) {
         // SQLite needs a file: the built-in table is copied out once for the process.
-        static std::unique_ptr<QTemporaryDir> copy;
-        copy = std::make_unique<QTemporaryDir>();
-        path = copy->filePath(QStringLiteral("CplFilter.sqlite"));
-        if (!copy->isValid() || !QFile::copy(QStringLiteral(":/nvlps/CplFilter.sqlite"), path))
+        static QTemporaryDir copy;
+        path = copy.filePath(QStringLiteral("CplFilter.sqlite"));
+        if (!copy.isValid() || (!QFileInfo::exists(path) && !QFile::copy(QStringLiteral(":/nvlps/CplFilter.sqlite"), path)))
             throw std::runtime_error("the built-in coupling filter table could not be copied to a temporary folder");
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
     } else if (!QFileInfo(path).isFile()) {
         throw pybind11::value_error(QStringLiteral("coupling_db: no file \"%1\"").arg(path).toStdString());
     }
-    if (QSqlDatabase::contains(connectionName)) {
-        QSqlDatabase::database(connectionName, false).close();
-        QSqlDatabase::removeDatabase(connectionName);
-    }
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
-    database.setDatabaseName(path);
-    database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-    if (!database.open() || !database.tables().contains(QStringLiteral("CplFilter"))) {
-        database.close();
-        database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(connectionName);
+    // The table in use stays until the new one has proved to be a coupling table.
+    if (!open(probeName, path)) {
+        QSqlDatabase::removeDatabase(probeName);
         throw pybind11::value_error(QStringLiteral("coupling_db: \"%1\" is no SQLite file with a CplFilter table").arg(path).toStdString());
     }
+    QSqlDatabase::removeDatabase(probeName);
+    QSqlDatabase::removeDatabase(connectionName);
+    open(connectionName, path);
 }
 
 } // namespace nvlps::Session

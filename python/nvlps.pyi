@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """The loudspeaker plugin library in numpy (type stubs of the extension module)."""
+import os
 from enum import IntEnum
 from typing import Any, Optional, Union
 
@@ -10,6 +11,7 @@ __version__: str
 
 ArrayLike = npt.ArrayLike
 Lookup = Union[complex, npt.NDArray[np.complex128]]
+Path = Union[str, os.PathLike[str]]
 
 class Symmetry(IntEnum):
     NoSymmetry = 0
@@ -20,7 +22,7 @@ class Symmetry(IntEnum):
 
 class Library:
     """The loudspeakers and rigging that the plugins of one folder register."""
-    def __init__(self, plugins: Optional[str] = None, coupling_db: str = "") -> None: ...
+    def __init__(self, plugins: Optional[Path] = None, coupling_db: Path = "") -> None: ...
     @property
     def plugin_directory(self) -> str: ...
     @property
@@ -97,8 +99,8 @@ class Channel:
                           sensitivity: int = 0, ap_eq: bool = False,
                           mounting: str = "flown") -> tuple[npt.NDArray[np.float64], npt.NDArray[np.complex128]]: ...
 
-def read_balloon(path: str) -> Balloon:
+def read_balloon(path: Path) -> Balloon:
     """ValueError naming each problem of a bad file."""
 
-def pack_balloon(frequencies: ArrayLike, theta: ArrayLike, phi: ArrayLike, values: ArrayLike, path: str,
+def pack_balloon(frequencies: ArrayLike, theta: ArrayLike, phi: ArrayLike, values: ArrayLike, path: Path,
                  format: str = "double", symmetry: Symmetry = Symmetry.NoSymmetry) -> None: ...

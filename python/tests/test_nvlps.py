@@ -93,6 +93,9 @@ def test_errors_carry_the_library_messages(lib, tmp_path):
     bad.write_bytes(b"\x01\x00\x00\x00" * 10)
     with pytest.raises(ValueError, match="short.bin"):
         nvlps.read_balloon(str(bad))
+    # A table that is none leaves the one in use (the transfer tests below need it).
+    with pytest.raises(ValueError, match="no SQLite file with a CplFilter table"):
+        nvlps.Library(plugins=lib.plugin_directory, coupling_db=bad)
     with pytest.raises(ValueError, match=r"theta\[2\]"):
         nvlps.pack_balloon([1000.0], [0, 90, 200], [0, 180, 360], np.ones((1, 3, 3)), str(tmp_path / "x.bin"))
 
