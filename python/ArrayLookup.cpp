@@ -28,20 +28,23 @@ Shape shapeOf(const py::array &array)
     return Shape(array.shape(), array.shape() + array.ndim());
 }
 
+// " at (i, j)" of flat index n; nothing for a scalar.
 QString indexText(pybind11::ssize_t n, const Shape &shape)
 {
+    if (shape.empty())
+        return QString();
     QStringList parts;
     for (std::size_t axis = shape.size(); axis-- > 0;) {
         parts.prepend(QString::number(n % shape[axis]));
         n /= shape[axis];
     }
-    return QStringLiteral("(%1)").arg(parts.join(QStringLiteral(", ")));
+    return QStringLiteral(" at (%1)").arg(parts.join(QStringLiteral(", ")));
 }
 
 // The library's out_of_range as IndexError, with the element and direction that caused it.
 [[noreturn]] void throwOutside(const std::string &error, py::ssize_t n, const Shape &shape, double frequency, double theta, double phi)
 {
-    throw py::index_error(QStringLiteral("%1 at %2: frequency %3 Hz, theta %4, phi %5 degrees lies outside the balloon table")
+    throw py::index_error(QStringLiteral("%1%2: frequency %3 Hz, theta %4, phi %5 degrees lies outside the balloon table")
                               .arg(QString::fromStdString(error), indexText(n, shape))
                               .arg(frequency)
                               .arg(theta)
