@@ -17,14 +17,6 @@ namespace nvlps {
 
 namespace {
 
-QStringList names(const QList<LoudspeakerDescriptor *> &descriptors)
-{
-    QStringList result;
-    for (LoudspeakerDescriptor *descriptor : descriptors)
-        result.append(descriptor->GetName());
-    return result;
-}
-
 class Library
 {
 public:
@@ -33,14 +25,10 @@ public:
         Session::ensureApplication();
         Session::openCouplingTable(couplingDb);
         PluginProvider &provider = PluginProvider::GetInstance();
-        QString folder = plugins.value_or(qEnvironmentVariable("LPSDK_PLUGIN_PATH"));
-        if (folder.isEmpty()) {
-            provider.LoadPlugins();
-        } else {
-            if (!QFileInfo(folder).isDir())
-                throw py::value_error(QStringLiteral("plugins: no folder \"%1\"").arg(folder).toStdString());
-            provider.LoadPlugins(QDir(folder).absolutePath());
-        }
+        const QString folder = plugins.value_or(qEnvironmentVariable("LPSDK_PLUGIN_PATH"));
+        if (!folder.isEmpty() && !QFileInfo(folder).isDir())
+            throw py::value_error(QStringLiteral("plugins: no folder \"%1\"").arg(folder).toStdString());
+        provider.LoadPlugins(folder.isEmpty() ? QString() : QDir(folder).absolutePath()); // empty: the library's default folder
         m_directory = provider.GetPluginDirectory();
         for (const PluginLoadResult &result : provider.GetPluginLoadResults()) {
             py::dict entry;
@@ -57,7 +45,13 @@ public:
     QString directory() const { return m_directory; }
     py::list loadResults() const { return m_loadResults; }
 
-    QStringList loudspeakers() const { return names(registry()->GetLoudspeakerDescriptors()); }
+    QStringList loudspeakers() const
+    {
+        QStringList result;
+        for (LoudspeakerDescriptor *descriptor : registry()->GetLoudspeakerDescriptors())
+            result.append(descriptor->GetName());
+        return result;
+    }
 
     Loudspeaker loudspeaker(const QString &name) const
     {
