@@ -126,9 +126,9 @@ def test_packed_balloon_reads_back(tmp_path, fmt, tolerance_db, tolerance_deg):
 # The other host on the same library: its rounded output is the oracle of setup, grid, switch and
 # sensitivity handling (coupling switches left out sit at 0 dB in both).
 @pytest.mark.parametrize("args,kwargs,count,level_key,reference", [
-    (["DS-L12", "--switch", "4=14"], dict(switches={4: 14}), 249, "magnitude_dB", 1.0),
-    (["DS-L12", "--setup", "2", "--linear", "--ap-eq"], dict(setup=2, grid="linear", ap_eq=True), 1025, "magnitude_dB", 1.0),
-    (["DS-P8", "--sensitivity", "1", "--switch", "1=1"], dict(sensitivity=1, switches={1: 1}), 249, "level_dB_SPL", 2e-5),
+    (["DS-L12", "--switch", "4=14"], dict(switches={4: 14}), 249, "level_dB", 1.0),
+    (["DS-L12", "--setup", "2", "--linear", "--ap-eq"], dict(setup=2, grid="linear", ap_eq=True), 1025, "level_dB", 1.0),
+    (["DS-P8", "--sensitivity", "1", "--switch", "1=1"], dict(sensitivity=1, switches={1: 1}), 249, "level_dB", 2e-5),
 ])
 def test_transfer_function_matches_lpsdk(lib, lpsdk, plugins, args, kwargs, count, level_key, reference):
     freqs, h = lib.loudspeaker(args[0]).source_points[0].channel().transfer_function(**kwargs)
