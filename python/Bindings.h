@@ -60,5 +60,6 @@ void bindLibrary(py::module_ &m);
 void bindSourcePoint(py::module_ &m);
 void bindBalloon(py::module_ &m);
 void bindChannel(py::module_ &m);
+void bindAnalysis(py::module_ &m);
 
 } // namespace nvlps

@@ -18,4 +18,5 @@ argument) and IndexError (a direction outside a balloon table).)";
     nvlps::bindSourcePoint(m);
     nvlps::bindBalloon(m);
     nvlps::bindChannel(m);
+    nvlps::bindAnalysis(m);
 }

@@ -104,3 +104,9 @@ def read_balloon(path: Path) -> Balloon:
 
 def pack_balloon(frequencies: ArrayLike, theta: ArrayLike, phi: ArrayLike, values: ArrayLike, path: Path,
                  format: str = "double", symmetry: Symmetry = Symmetry.NoSymmetry) -> None: ...
+
+def directivity(balloon: Balloon, flush_mount: bool = False) -> dict[str, Any]:
+    """The directivity analysis of a balloon in its own frame, with the keys of
+    ``lpsdk directivity --json``: numpy arrays per balloon frequency (NaN where a value does not
+    exist), and "cta2034" a dict of the spinorama curves. ValueError for a table that cannot stand
+    for a sphere."""

@@ -160,3 +160,17 @@ def test_read_balloon_reads_what_the_source_point_reads(lib):
     np.testing.assert_array_equal(b.values, lib.loudspeaker("DS-M12").source_points[0].balloon().values)
     with pytest.raises(ValueError, match="missing.bin"):
         nvlps.read_balloon(":/Resources/missing.bin")
+
+
+@pytest.mark.parametrize("name", ["DS-C5", "DS-L12"])
+def test_directivity_equals_lpsdk(lib, lpsdk, plugins, name):
+    """The module's analysis is the library's: lpsdk's JSON of the same balloon, to its rounding."""
+    result = nvlps.directivity(lib.loudspeaker(name).source_points[0].balloon())
+    out = json.loads(subprocess.run([lpsdk, "directivity", name, "--json", "--plugins", plugins, "--quiet"],
+                                    check=True, capture_output=True, text=True).stdout)
+    np.testing.assert_allclose(result["frequencies_hz"], out["frequencies_hz"], rtol=1e-4)
+    for key in ("on_axis_db", "sound_power_db", "directivity_index_db", "beamwidth_horizontal_deg"):
+        expected = np.array([np.nan if v is None else v for v in out[key]])
+        np.testing.assert_allclose(result[key], expected, atol=0.01, err_msg=key)
+    expected = np.array([np.nan if v is None else v for v in out["cta2034"]["listening_window_db"]])
+    np.testing.assert_allclose(result["cta2034"]["listening_window_db"], expected, atol=0.01)
