@@ -61,5 +61,6 @@ void bindSourcePoint(py::module_ &m);
 void bindBalloon(py::module_ &m);
 void bindChannel(py::module_ &m);
 void bindAnalysis(py::module_ &m);
+void bindPrediction(py::module_ &m);
 
 } // namespace nvlps

@@ -19,4 +19,5 @@ argument) and IndexError (a direction outside a balloon table).)";
     nvlps::bindBalloon(m);
     nvlps::bindChannel(m);
     nvlps::bindAnalysis(m);
+    nvlps::bindPrediction(m);
 }

@@ -110,3 +110,8 @@ def directivity(balloon: Balloon, flush_mount: bool = False) -> dict[str, Any]:
     ``lpsdk directivity --json``: numpy arrays per balloon frequency (NaN where a value does not
     exist), and "cta2034" a dict of the spinorama curves. ValueError for a table that cannot stand
     for a sphere."""
+
+def predict(scene: dict[str, Any], threads: int = 0) -> tuple[npt.NDArray[np.float64], npt.NDArray[np.complex64]]:
+    """The sound field of a scene (the scene-file format of ``lpsdk predict``) over its receivers:
+    (frequencies in Hz, complex pressures of shape (receivers, bands)). ValueError naming the key
+    and value of a bad scene."""

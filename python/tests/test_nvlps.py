@@ -174,3 +174,19 @@ def test_directivity_equals_lpsdk(lib, lpsdk, plugins, name):
         np.testing.assert_allclose(result[key], expected, atol=0.01, err_msg=key)
     expected = np.array([np.nan if v is None else v for v in out["cta2034"]["listening_window_db"]])
     np.testing.assert_allclose(result["cta2034"]["listening_window_db"], expected, atol=0.01)
+
+
+def test_predict_equals_lpsdk(lib, lpsdk, plugins, tmp_path):
+    """The module's field is lpsdk predict's, and a bad scene names its key."""
+    scene = {"bands": "octave", "sources": [{"loudspeaker": "DS-C5", "position": [0, 0, 2], "pitch_deg": -10}],
+             "receivers": {"points": [[4, 0, 1.2], [8, 3, 1.2], [2, -5, 1.2]]}}
+    path = tmp_path / "scene.json"
+    path.write_text(json.dumps(scene))
+    frequencies, p = nvlps.predict(scene)
+    assert p.shape == (3, 9) and p.dtype == np.complex64
+    out = json.loads(subprocess.run([lpsdk, "predict", str(path), "--json", "--plugins", plugins, "--quiet"],
+                                    check=True, capture_output=True, text=True).stdout)
+    np.testing.assert_allclose(frequencies, out["frequencies_hz"])
+    np.testing.assert_allclose(20 * np.log10(np.abs(p)), out["spl_db"], atol=1e-4)
+    with pytest.raises(ValueError, match=r'sources\[0\]\.loudspeaker: "DS-X1" is not a registered loudspeaker'):
+        nvlps.predict({**scene, "sources": [{"loudspeaker": "DS-X1", "position": [0, 0, 0]}]})
