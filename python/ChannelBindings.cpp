@@ -2,7 +2,6 @@
 // nvlps.Channel: a DSP channel's controller setups, switches and transfer functions.
 #include "Bindings.h"
 
-#include "CouplingFilterProvider.h"
 #include "DspChannelDescriptor.h"
 #include "LoudspeakerDescriptor.h"
 #include "LoudspeakerSetup.h"
@@ -65,11 +64,7 @@ QMap<int, int> switchSettings(LoudspeakerSetup *setup, const std::map<int, int> 
         }
         settings.insert(number, value);
     }
-    if (!settings.contains(Vocabulary::LowCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::LowCouplingSwitch).isEmpty())
-        settings.insert(Vocabulary::LowCouplingSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
-    if (!settings.contains(Vocabulary::MidCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::MidCouplingSwitch).isEmpty())
-        settings.insert(Vocabulary::MidCouplingSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
-    return settings;
+    return setup->WithCouplingSwitchesAtZero(settings);
 }
 
 py::tuple transferFunction(const Channel &c, const std::optional<int> &setup, const std::map<int, int> &switches, const std::string &grid,

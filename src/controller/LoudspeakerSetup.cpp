@@ -284,3 +284,12 @@ const std::vector<float> &LoudspeakerSetup::getMaxPk() const
 {
     return m_maxPk;
 }
+
+QMap<int, int> LoudspeakerSetup::WithCouplingSwitchesAtZero(QMap<int, int> switches)
+{
+    if (!switches.contains(Vocabulary::LowCouplingSwitch) && !GetSwitchValues(Vocabulary::LowCouplingSwitch).isEmpty())
+        switches.insert(Vocabulary::LowCouplingSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
+    if (!switches.contains(Vocabulary::MidCouplingSwitch) && !GetSwitchValues(Vocabulary::MidCouplingSwitch).isEmpty())
+        switches.insert(Vocabulary::MidCouplingSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
+    return switches;
+}

@@ -94,6 +94,9 @@ public:
     QString GetSwitchDescription(int switchId);
     /// Value number -> label; switches 4 and 5 are the low and mid coupling positions.
     QMap<int, QString> GetSwitchValues(int switchId);
+    /// `switches` with each coupling switch this setup has but `switches` leaves out at its 0 dB
+    /// position, which is what a host means by not setting it (position 0 is not 0 dB).
+    QMap<int, int> WithCouplingSwitchesAtZero(QMap<int, int> switches);
     /// The balloon data set the switch positions select: the highest-numbered switch with balloon keys decides, "default" when none has any.
     QString GetControllerBalloonDataKey(const QMap<int, int> &switches);
 

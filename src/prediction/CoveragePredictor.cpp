@@ -3,13 +3,11 @@
 
 #include "AirAbsorption.h"
 #include "BalloonTable.h"
-#include "CouplingFilterProvider.h"
 #include "DspChannelDescriptor.h"
 #include "LoudspeakerDescriptor.h"
 #include "LoudspeakerSetup.h"
 #include "ScenePlacement_p.h"
 #include "SourcePointDescriptor.h"
-#include "Vocabulary.h"
 
 #include <QThread>
 #include <QThreadPool>
@@ -68,11 +66,7 @@ QMap<int, int> checkedSwitches(const QMap<int, int> &given, LoudspeakerSetup *se
             fail(QStringLiteral("%1.switches: switch %2 of setup \"%3\" has no value %4").arg(where).arg(it.key()).arg(setup->GetFullName()).arg(it.value()));
     }
     // Coupling switches left out sit at 0 dB, as lpsdk transfer does.
-    if (!switches.contains(Vocabulary::LowCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::LowCouplingSwitch).isEmpty())
-        switches.insert(Vocabulary::LowCouplingSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
-    if (!switches.contains(Vocabulary::MidCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::MidCouplingSwitch).isEmpty())
-        switches.insert(Vocabulary::MidCouplingSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
-    return switches;
+    return setup->WithCouplingSwitchesAtZero(switches);
 }
 
 } // namespace

@@ -123,11 +123,7 @@ QMap<int, int> switchSettings(const QStringList &texts, LoudspeakerSetup *setup)
         }
         settings.insert(number, value);
     }
-    if (!settings.contains(Vocabulary::LowCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::LowCouplingSwitch).isEmpty())
-        settings.insert(Vocabulary::LowCouplingSwitch, CouplingFilterProvider::ConvertToLowIndex(0.0));
-    if (!settings.contains(Vocabulary::MidCouplingSwitch) && !setup->GetSwitchValues(Vocabulary::MidCouplingSwitch).isEmpty())
-        settings.insert(Vocabulary::MidCouplingSwitch, CouplingFilterProvider::ConvertToMidIndex(0.0));
-    return settings;
+    return setup->WithCouplingSwitchesAtZero(settings);
 }
 
 int setupKey(DspChannelDescriptor *channel, const QCommandLineParser &parser, Tolvane::Mounting mounting, const QString &name)
